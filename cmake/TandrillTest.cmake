@@ -1,0 +1,15 @@
+# tandrill_add_test(NAME SOURCES files... LIBS libs... [GUI] [BOTH_ENGINES])
+# One executable per feature. BOTH_ENGINES registers it a second time, as
+# NAME_pg, to run against the PostgreSQL server named by TANDRILL_TEST_PG.
+function(tandrill_add_test name)
+    cmake_parse_arguments(T "GUI;BOTH_ENGINES" "" "SOURCES;LIBS" ${ARGN})
+    add_executable(${name} ${T_SOURCES})
+    target_link_libraries(${name} PRIVATE Qt6::Test tandrill_testsupport ${T_LIBS})
+    set(env "QT_QPA_PLATFORM=offscreen")
+    add_test(NAME ${name} COMMAND ${name})
+    set_tests_properties(${name} PROPERTIES ENVIRONMENT "${env};TANDRILL_TEST_ENGINE=sqlite" TIMEOUT 300)
+    if(T_BOTH_ENGINES)
+        add_test(NAME ${name}_pg COMMAND ${name})
+        set_tests_properties(${name}_pg PROPERTIES ENVIRONMENT "${env};TANDRILL_TEST_ENGINE=pg" TIMEOUT 300)
+    endif()
+endfunction()

@@ -1,0 +1,66 @@
+#include "Transaction.h"
+
+#include "Session.h"
+
+#include <QSqlError>
+#include <QSqlQuery>
+
+Transaction::Transaction(Session& session) : m_session(session)
+{
+    if (session.transactionOpen()) {
+        m_active = true;
+        return;
+    }
+    m_active = run(session.dialect().beginWrite());
+    if (m_active) {
+        m_owner = true;
+        session.setTransactionOpen(true);
+    }
+}
+
+Transaction::~Transaction()
+{
+    if (m_owner) {
+        rollback();
+    }
+}
+
+bool Transaction::commit()
+{
+    if (!m_owner) {
+        return m_active;
+    }
+    const bool ok = run(QStringLiteral("COMMIT"));
+    if (!ok) {
+        rollback();
+        return false;
+    }
+    finish();
+    return true;
+}
+
+void Transaction::rollback()
+{
+    if (!m_owner) {
+        return;
+    }
+    run(QStringLiteral("ROLLBACK"));
+    finish();
+}
+
+bool Transaction::run(const QString& statement)
+{
+    QSqlQuery q(m_session.db());
+    if (!q.exec(statement)) {
+        m_error = q.lastError().text();
+        return false;
+    }
+    return true;
+}
+
+void Transaction::finish()
+{
+    m_owner = false;
+    m_active = false;
+    m_session.setTransactionOpen(false);
+}

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "RecordingFailureSink.h"
+#include "ScriptedPrompter.h"
+#include "Session.h"
+
+#include <QTemporaryDir>
+#include <QTest>
+#include <memory>
+
+/**
+ * A throwaway installation with a new data file on the engine this test run
+ * is for (TANDRILL_TEST_ENGINE=pg selects the server of TANDRILL_TEST_PG, in
+ * a schema of its own), and an open session with a fixed day, a scripted
+ * prompter and a recording failure sink.
+ */
+class TestInstallation
+{
+public:
+    explicit TestInstallation(const QDate& today = QDate(2025, 3, 1));
+    ~TestInstallation();
+
+    bool isValid() const { return m_valid; }
+    QString error() const { return m_error; }
+
+    Session& session() { return *m_session; }
+    ScriptedPrompter& prompter() { return m_prompter; }
+    RecordingFailureSink& failures() { return m_failures; }
+    Installation installation() const { return Installation(m_dir.path()); }
+    QString home() const { return m_dir.path(); }
+
+    /** True when this run is for PostgreSQL. */
+    static bool wantsPostgres();
+    /** The server's settings from TANDRILL_TEST_PG ("host=… port=… user=… dbname=…"). */
+    static bool postgresSettings(ConnectionSettings* settings, QString* reason);
+    /** Skips the test (or fails it when TANDRILL_TEST_PG_REQUIRED is set) without a server. */
+    static bool engineAvailable(QString* reason);
+
+private:
+    bool createPostgresSchema(ConnectionSettings* settings);
+    void dropPostgresSchema();
+
+    QTemporaryDir m_dir;
+    ScriptedPrompter m_prompter;
+    RecordingFailureSink m_failures;
+    std::unique_ptr<Session> m_session;
+    ConnectionSettings m_pgSettings;
+    bool m_valid = false;
+    QString m_error;
+};
+
+/** In initTestCase(): skips the whole test on a run for an engine that is not reachable. */
+#define TANDRILL_REQUIRE_ENGINE()                                                                  \
+    do {                                                                                           \
+        QString reason_;                                                                           \
+        if (!TestInstallation::engineAvailable(&reason_)) {                                        \
+            if (qEnvironmentVariableIsSet("TANDRILL_TEST_PG_REQUIRED"))                            \
+                QFAIL(qPrintable(reason_));                                                        \
+            QSKIP(qPrintable(reason_));                                                            \
+        }                                                                                          \
+    } while (false)
+
+/** Makes a TestInstallation named t and fails the test when it could not be made. */
+#define TANDRILL_INSTALLATION(t, ...)                                                              \
+    TestInstallation t{__VA_ARGS__};                                                               \
+    QVERIFY2(t.isValid(), qPrintable(t.error()))
