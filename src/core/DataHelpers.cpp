@@ -45,8 +45,9 @@ bool orderColumns(const QString& orderBy, QStringList* columns)
         const QStringList words = part.simplified().split(u' ');
         const bool directionOk =
             words.size() == 1 ||
-            (words.size() == 2 && (words[1].compare(QLatin1String("ASC"), Qt::CaseInsensitive) == 0 ||
-                                   words[1].compare(QLatin1String("DESC"), Qt::CaseInsensitive) == 0));
+            (words.size() == 2 &&
+             (words[1].compare(QLatin1String("ASC"), Qt::CaseInsensitive) == 0 ||
+              words[1].compare(QLatin1String("DESC"), Qt::CaseInsensitive) == 0));
         if (!directionOk) {
             return false;
         }
@@ -57,14 +58,23 @@ bool orderColumns(const QString& orderBy, QStringList* columns)
 
 void reportQueryFailure(Session& session, const QString& procedure, const QSqlError& error)
 {
-    const QString code = error.nativeErrorCode();
-    const bool missingColumn = code == QLatin1String("42703") ||
-                               error.text().contains(QLatin1String("no such column"));
-    if (missingColumn) {
-        reportBadName(session, procedure, InvalidColumnNumber);
-        return;
-    }
     errorHandler(session, Sql::failure(Module, procedure, error));
+}
+
+/** The table readers tell a missing object and a faulty statement apart from other failures. */
+void reportReadFailure(Session& session, const QString& procedure, const QSqlError& error)
+{
+    const QString code = error.nativeErrorCode();
+    const QString text = error.databaseText();
+    if (code == QLatin1String("42P01") || text.contains(QLatin1String("no such table"))) {
+        reportBadName(session, procedure, InvalidTableNumber);
+    } else if (code == QLatin1String("42703") || code == QLatin1String("42601") ||
+               text.contains(QLatin1String("no such column")) ||
+               text.contains(QLatin1String("syntax error"))) {
+        reportBadName(session, procedure, InvalidColumnNumber);
+    } else {
+        reportQueryFailure(session, procedure, error);
+    }
 }
 
 Rows readAll(QSqlQuery& q)
@@ -76,13 +86,15 @@ Rows readAll(QSqlQuery& q)
     return rows;
 }
 
+using FailureReport = void (*)(Session&, const QString&, const QSqlError&);
+
 Rows select(Session& session, const QString& procedure, const QString& sql,
-            const QVariantList& values)
+            const QVariantList& values, FailureReport report = reportQueryFailure)
 {
     QSqlQuery q(session.db());
     q.setForwardOnly(true);
     if (!Sql::exec(q, sql, values)) {
-        reportQueryFailure(session, procedure, q.lastError());
+        report(session, procedure, q.lastError());
         return {};
     }
     return readAll(q);
@@ -148,11 +160,28 @@ bool typeCheck(int keyCode, KeyData data, KeyEvent event)
     }
     switch (data) {
     case KeyData::Text:
-        return inRanges(keyCode, {{65, 90}, {8, 9}, {12, 13}, {16, 20}, {32, 40}, {27, 27},
-                                  {44, 46}, {92, 93}, {112, 123}, {144, 145}});
+        return inRanges(keyCode, {{65, 90},
+                                  {8, 9},
+                                  {12, 13},
+                                  {16, 20},
+                                  {32, 40},
+                                  {27, 27},
+                                  {44, 46},
+                                  {92, 93},
+                                  {112, 123},
+                                  {144, 145}});
     case KeyData::WholeNumber:
-        return inRanges(keyCode, {{48, 57}, {96, 105}, {8, 8}, {12, 13}, {16, 20}, {33, 40},
-                                  {27, 27}, {44, 46}, {92, 93}, {112, 123}, {144, 145}});
+        return inRanges(keyCode, {{48, 57},
+                                  {96, 105},
+                                  {8, 8},
+                                  {12, 13},
+                                  {16, 20},
+                                  {33, 40},
+                                  {27, 27},
+                                  {44, 46},
+                                  {92, 93},
+                                  {112, 123},
+                                  {144, 145}});
     case KeyData::Decimal:
         return inRanges(keyCode, {{48, 57}, {8, 8}, {13, 13}, {46, 46}});
     }
@@ -226,7 +255,7 @@ Rows tableInfo(Session& session, const QString& table, const SqlFilter& filter,
     if (!orderNames.isEmpty()) {
         sql += QStringLiteral(" ORDER BY ") + orderBy.simplified();
     }
-    return select(session, procedure, sql, filter.values);
+    return select(session, procedure, sql, filter.values, reportReadFailure);
 }
 
 Rows indicatorInfo(Session& session, qint64 parentId, bool showAll, bool orderByName)
@@ -235,8 +264,10 @@ Rows indicatorInfo(Session& session, qint64 parentId, bool showAll, bool orderBy
     if (!showAll) {
         sql += QStringLiteral(" AND Show = -1");
     }
-    sql += orderByName ? QStringLiteral(" ORDER BY ItemName") : QStringLiteral(" ORDER BY ItemID");
-    return select(session, QStringLiteral("GetIndicatorInfo"), sql, {parentId});
+    // Names stand in the order a reader expects, whatever the engine's collation.
+    sql += orderByName ? QStringLiteral(" ORDER BY LOWER(ItemName), ItemID")
+                       : QStringLiteral(" ORDER BY ItemID");
+    return select(session, QStringLiteral("GetIndicatorInfo"), sql, {parentId}, reportReadFailure);
 }
 
 Rows crewInfo(Session& session)
@@ -257,9 +288,9 @@ qint64 crewIdByService(Session& session, qint64 id, const QString& table)
     if (!checkNames(session, procedure, table, {key, QStringLiteral("CrewID")})) {
         return 0;
     }
-    const Rows rows = select(session, procedure,
-                             QStringLiteral("SELECT CrewID FROM %1 WHERE %2 = ?").arg(table, key),
-                             {id});
+    const Rows rows =
+        select(session, procedure,
+               QStringLiteral("SELECT CrewID FROM %1 WHERE %2 = ?").arg(table, key), {id});
     return rows.isEmpty() ? 0 : rows.last().value(0).toLongLong();
 }
 
@@ -281,7 +312,8 @@ bool isRecordUsed(Session& session, const QString& table, const QString& column,
         }
     }
     return anyRow(session, procedure,
-                  QStringLiteral("SELECT 1 FROM %1 WHERE %2 = ? LIMIT 1").arg(table, column), bound);
+                  QStringLiteral("SELECT 1 FROM %1 WHERE %2 = ? LIMIT 1").arg(table, column),
+                  bound);
 }
 
 bool isDuplicate(Session& session, const QString& table, const QString& column,
