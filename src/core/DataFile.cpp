@@ -17,12 +17,23 @@ namespace DataFile {
 
 namespace {
 
-const char* const ListNames[] = {
-    "Country",          "Unused",           "Employee Position",   "Equipment Type",
-    "Fuel Type",        "Lease Company",    "Make Type",           "Manufacture Type",
-    "Model Type",       "Part Category",    "State",               "Tire Type",
-    "Vehicle Body Type", "Vehicle Chassis Type", "Vehicle Engine Type", "Vehicle Trans Type",
-    "Engine Make"};
+const char* const ListNames[] = {"Country",
+                                 "Unused",
+                                 "Employee Position",
+                                 "Equipment Type",
+                                 "Fuel Type",
+                                 "Lease Company",
+                                 "Make Type",
+                                 "Manufacture Type",
+                                 "Model Type",
+                                 "Part Category",
+                                 "State",
+                                 "Tire Type",
+                                 "Vehicle Body Type",
+                                 "Vehicle Chassis Type",
+                                 "Vehicle Engine Type",
+                                 "Vehicle Trans Type",
+                                 "Engine Make"};
 
 bool run(QSqlQuery& q, const QString& sql, const QVariantList& values, QString* error)
 {
@@ -39,15 +50,18 @@ bool seedLists(QSqlDatabase& db, const SqlDialect& dialect, QString* error)
 {
     QSqlQuery q(db);
     for (int i = 0; i < 17; ++i) {
-        if (!run(q, QStringLiteral("INSERT INTO tblIndicator (ItemID, ParentId, ItemName, Show, FSize) "
-                                   "VALUES (?, 0, ?, -1, 0)"),
-                 {i + 1, QString::fromLatin1(ListNames[i])}, error)) {
+        if (!run(
+                q,
+                QStringLiteral("INSERT INTO tblIndicator (ItemID, ParentId, ItemName, Show, FSize) "
+                               "VALUES (?, 0, ?, -1, 0)"),
+                {i + 1, QString::fromLatin1(ListNames[i])}, error)) {
             return false;
         }
     }
     // The engine numbers new items after the fixed lists.
     if (!dialect.isSqlite()) {
-        return run(q, QStringLiteral("ALTER TABLE tblIndicator ALTER COLUMN ItemID RESTART WITH 18"),
+        return run(q,
+                   QStringLiteral("ALTER TABLE tblIndicator ALTER COLUMN ItemID RESTART WITH 18"),
                    {}, error);
     }
     return true;
@@ -91,8 +105,8 @@ bool seedOptions(QSqlDatabase& db, const QString& version, QString* error)
         {QStringLiteral("DBVERSION"), QString(version).remove(u'.')},
     };
     for (int i = 1; i <= 10; ++i) {
-        options.append({QStringLiteral("UserDefinedField%1").arg(i),
-                        QStringLiteral("User Field%1").arg(i)});
+        options.append(
+            {QStringLiteral("UserDefinedField%1").arg(i), QStringLiteral("User Field%1").arg(i)});
     }
     QSqlQuery q(db);
     for (const auto& [key, value] : options) {
@@ -112,7 +126,8 @@ bool writeStore(const Installation& installation, const NewInstallation& request
     store.setValue(key, QStringLiteral("PATH"), installation.home() + u'/');
     store.setValue(key, QStringLiteral("SRCPATH"), QString());
     store.setValue(key, QStringLiteral("CLIENTVERSION"), request.version);
-    store.setValue(key, QStringLiteral("SYSFOLDER"), installation.path(QStringLiteral("doc")) + u'/');
+    store.setValue(key, QStringLiteral("SYSFOLDER"),
+                   installation.path(QStringLiteral("doc")) + u'/');
     store.setValue(key, QStringLiteral("GUID"), QString());
     store.setValue(QString::fromLatin1(Installation::SyncKey), QStringLiteral("Path"), QString());
     request.connection.writeTo(store);
@@ -130,6 +145,12 @@ bool writeUpdateFolder(const Installation& installation, const QString& version,
         return false;
     }
     file.write(version.toUtf8() + '\n');
+    // A write that failed on flush would otherwise still be committed.
+    if (!file.flush() || file.error() != QFileDevice::NoError) {
+        *error = file.errorString();
+        file.cancelWriting();
+        return false;
+    }
     if (!file.commit()) {
         *error = file.errorString();
         return false;
@@ -164,9 +185,8 @@ bool createData(const ConnectionSettings& settings, const NewInstallation& reque
     bool ok = false;
     {
         QSqlDatabase db = QSqlDatabase::database(name, false);
-        ok = db.transaction() &&
-             createTables(db, SqlDialect(settings.engine), request.chiefPassword, request.version,
-                          error);
+        ok = db.transaction() && createTables(db, SqlDialect(settings.engine),
+                                              request.chiefPassword, request.version, error);
         ok = ok ? db.commit() : (db.rollback(), false);
     }
     Database::close(name);

@@ -11,6 +11,23 @@ bool sameName(const QString& a, const QString& b)
     return a.compare(b, Qt::CaseInsensitive) == 0;
 }
 
+bool hasLineBreak(const QString& text)
+{
+    return text.contains(u'\n') || text.contains(u'\r');
+}
+
+bool storableName(const QString& name)
+{
+    return !name.isEmpty() && name == name.trimmed() && !name.contains(u'=') &&
+           !name.startsWith(u'[') && !name.startsWith(u';') && !name.startsWith(u'#') &&
+           !hasLineBreak(name);
+}
+
+bool storableSection(const QString& section)
+{
+    return !section.trimmed().isEmpty() && section == section.trimmed() && !hasLineBreak(section);
+}
+
 } // namespace
 
 Store::Store(QString filePath) : m_filePath(std::move(filePath)) {}
@@ -70,6 +87,15 @@ bool Store::save(QString* error) const
         out << u'\n';
     }
     out.flush();
+    // QSaveFile commits a file whose last buffered write failed (a full disk), so the
+    // write is checked before the old file is replaced.
+    if (!file.flush() || file.error() != QFileDevice::NoError) {
+        if (error) {
+            *error = QStringLiteral("Cannot write %1: %2").arg(m_filePath, file.errorString());
+        }
+        file.cancelWriting();
+        return false;
+    }
     if (!file.commit()) {
         if (error) {
             *error = QStringLiteral("Cannot write %1: %2").arg(m_filePath, file.errorString());
@@ -129,14 +155,18 @@ bool Store::hasSection(const QString& section) const
     return findSection(section) != nullptr;
 }
 
-void Store::setValue(const QString& section, const QString& name, const QString& value)
+bool Store::setValue(const QString& section, const QString& name, const QString& value)
 {
+    if (!storableSection(section) || !storableName(name) || hasLineBreak(value)) {
+        return false;
+    }
     Section& s = sectionFor(section);
     for (Entry& entry : s.entries) {
         if (sameName(entry.name, name)) {
             entry.value = value;
-            return;
+            return true;
         }
     }
     s.entries.append({name, value});
+    return true;
 }

@@ -25,7 +25,12 @@ public:
     /** The trimmed value, or empty text when the section or name is missing. */
     QString value(const QString& section, const QString& name) const;
     bool contains(const QString& section, const QString& name) const;
-    void setValue(const QString& section, const QString& name, const QString& value);
+    /**
+     * Sets a value in memory; save() writes it. False, with the store unchanged, for what
+     * one line of the file cannot hold: a line break anywhere, or a name that is empty, has
+     * surrounding blanks, holds "=" or starts like a section or a comment.
+     */
+    bool setValue(const QString& section, const QString& name, const QString& value);
     bool hasSection(const QString& section) const;
 
 private:

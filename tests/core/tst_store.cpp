@@ -1,0 +1,242 @@
+#include "Store.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <csignal>
+#include <sys/resource.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString Main = u"Software\\Korvelle"_s;
+
+QByteArray readAll(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void writeAll(const QString& path, const QByteArray& bytes)
+{
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(bytes);
+}
+
+/** Makes every write past a few bytes fail for as long as it lives, even for root. */
+class FileSizeLimit
+{
+public:
+    explicit FileSizeLimit(rlim_t bytes)
+    {
+        getrlimit(RLIMIT_FSIZE, &m_old);
+        m_oldHandler = std::signal(SIGXFSZ, SIG_IGN);
+        rlimit limit = m_old;
+        limit.rlim_cur = bytes;
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FileSizeLimit()
+    {
+        setrlimit(RLIMIT_FSIZE, &m_old);
+        std::signal(SIGXFSZ, m_oldHandler);
+    }
+
+private:
+    rlimit m_old{};
+    void (*m_oldHandler)(int) = nullptr;
+};
+
+} // namespace
+
+class TestStore : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void roundTripKeepsEveryValue()
+    {
+        QTemporaryDir dir;
+        const QString path = dir.filePath(u"Tandrill.ini"_s);
+        Store store(path);
+        QVERIFY(store.setValue(Main, u"VERSION"_s, u"2.1.4"_s));
+        QVERIFY(store.setValue(Main, u"PATH"_s, u"/opt/Tandrill Home/"_s));
+        QVERIFY(store.setValue(Main, u"GUID"_s, QString()));
+        QVERIFY(store.setValue(u"Software\\Hesperon\\Korvelle"_s, u"Path"_s, u"C:\\Sync=1;x"_s));
+        QVERIFY(store.setValue(u"Database"_s, u"Password"_s, u"p'w\"ä€"_s));
+        QString error;
+        QVERIFY2(store.save(&error), qPrintable(error));
+
+        Store again(path);
+        QVERIFY2(again.load(&error), qPrintable(error));
+        QCOMPARE(again.value(Main, u"VERSION"_s), u"2.1.4"_s);
+        QCOMPARE(again.value(Main, u"PATH"_s), u"/opt/Tandrill Home/"_s);
+        QVERIFY(again.contains(Main, u"GUID"_s));
+        QCOMPARE(again.value(Main, u"GUID"_s), QString());
+        QCOMPARE(again.value(u"Software\\Hesperon\\Korvelle"_s, u"Path"_s), u"C:\\Sync=1;x"_s);
+        QCOMPARE(again.value(u"Database"_s, u"Password"_s), u"p'w\"ä€"_s);
+        QVERIFY(!again.contains(Main, u"SRCPATH"_s));
+        QCOMPARE(again.value(u"Nowhere"_s, u"VERSION"_s), QString());
+    }
+
+    void namesCompareWithoutCaseAndValuesAreTrimmed_data()
+    {
+        QTest::addColumn<QString>("section");
+        QTest::addColumn<QString>("name");
+        QTest::addRow("as written") << u"Software\\Korvelle"_s << u"VERSION"_s;
+        QTest::addRow("other spelling") << u"Software\\Korvelle"_s << u"Version"_s;
+        QTest::addRow("small letters") << u"software\\korvelle"_s << u"version"_s;
+        QTest::addRow("capitals") << u"SOFTWARE\\KORVELLE"_s << u"VERSION"_s;
+    }
+    void namesCompareWithoutCaseAndValuesAreTrimmed()
+    {
+        QFETCH(QString, section);
+        QFETCH(QString, name);
+        QTemporaryDir dir;
+        const QString path = dir.filePath(u"Tandrill.ini"_s);
+        writeAll(path, "[Software\\Korvelle]\r\nVERSION =   2.1.4  \r\n; a comment\r\n\r\n");
+        Store store(path);
+        QVERIFY(store.load());
+        QCOMPARE(store.value(section, name), u"2.1.4"_s);
+        QVERIFY(store.contains(section, name));
+        QVERIFY(store.setValue(section, name, u"2.2.0"_s));
+        QCOMPARE(store.value(Main, u"VERSION"_s), u"2.2.0"_s);
+        QVERIFY(store.save());
+        // One value, not a second spelling beside the first.
+        QCOMPARE(readAll(path).count("2.2.0"), 1);
+        QCOMPARE(readAll(path).toLower().count("version"), 1);
+    }
+
+    void missingFileLoadsEmpty()
+    {
+        QTemporaryDir dir;
+        Store store(dir.filePath(u"none.ini"_s));
+        QString error;
+        QVERIFY(store.load(&error));
+        QVERIFY(error.isEmpty());
+        QVERIFY(!store.hasSection(Main));
+    }
+
+    void damagedFileIsRefusedWithAClearReason_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QString>("near");
+        QTest::addRow("line without =")
+            << QByteArray("[Software\\Korvelle]\nVERSION 2.1.4\n") << u"VERSION 2.1.4"_s;
+        QTest::addRow("value before any section")
+            << QByteArray("VERSION=2.1.4\n[A]\n") << u"VERSION=2.1.4"_s;
+        QTest::addRow("empty name") << QByteArray("[A]\n=2.1.4\n") << u"=2.1.4"_s;
+        QTest::addRow("section not closed")
+            << QByteArray("[Software\\Korvelle\nGUID=1\n") << u"[Software\\Korvelle"_s;
+    }
+    void damagedFileIsRefusedWithAClearReason()
+    {
+        QFETCH(QByteArray, content);
+        QFETCH(QString, near);
+        QTemporaryDir dir;
+        const QString path = dir.filePath(u"Tandrill.ini"_s);
+        writeAll(path, content);
+        Store store(path);
+        QString error;
+        QVERIFY(!store.load(&error));
+        QVERIFY2(error.contains(path) && error.contains(u"damaged"_s) && error.contains(near),
+                 qPrintable(error));
+        QCOMPARE(readAll(path), content);
+    }
+
+    void valuesOneLineCannotHoldAreRefused_data()
+    {
+        QTest::addColumn<QString>("section");
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("value");
+        QTest::addRow("line break in value") << Main << u"PATH"_s << u"a\nb"_s;
+        QTest::addRow("carriage return in value") << Main << u"PATH"_s << u"a\rb"_s;
+        QTest::addRow("= in name") << Main << u"A=B"_s << u"1"_s;
+        QTest::addRow("empty name") << Main << QString() << u"1"_s;
+        QTest::addRow("name in blanks") << Main << u" PATH"_s << u"1"_s;
+        QTest::addRow("name like a comment") << Main << u";PATH"_s << u"1"_s;
+        QTest::addRow("name like a section") << Main << u"[PATH]"_s << u"1"_s;
+        QTest::addRow("line break in section") << u"A\n[B]"_s << u"PATH"_s << u"1"_s;
+        QTest::addRow("empty section") << QString() << u"PATH"_s << u"1"_s;
+    }
+    void valuesOneLineCannotHoldAreRefused()
+    {
+        QFETCH(QString, section);
+        QFETCH(QString, name);
+        QFETCH(QString, value);
+        QTemporaryDir dir;
+        const QString path = dir.filePath(u"Tandrill.ini"_s);
+        Store store(path);
+        QVERIFY(store.setValue(Main, u"PATH"_s, u"/old/"_s));
+        QVERIFY(!store.setValue(section, name, value));
+        QCOMPARE(store.value(Main, u"PATH"_s), u"/old/"_s);
+        // What is saved still loads, with nothing lost.
+        QVERIFY(store.save());
+        Store again(path);
+        QString error;
+        QVERIFY2(again.load(&error), qPrintable(error));
+        QCOMPARE(again.value(Main, u"PATH"_s), u"/old/"_s);
+    }
+
+    void missingFolderGivesAClearError()
+    {
+        QTemporaryDir dir;
+        writeAll(dir.filePath(u"plain"_s), "a file, not a folder");
+        const QString path = dir.filePath(u"plain/Tandrill.ini"_s);
+        Store store(path);
+        QVERIFY(store.setValue(Main, u"GUID"_s, u"1"_s));
+        QString error;
+        QVERIFY(!store.save(&error));
+        QVERIFY2(error.startsWith(u"Cannot write "_s + path), qPrintable(error));
+    }
+
+    void failedWriteLeavesTheOldFileWhole()
+    {
+        QTemporaryDir dir;
+        const QString path = dir.filePath(u"Tandrill.ini"_s);
+        Store store(path);
+        QVERIFY(store.setValue(Main, u"VERSION"_s, u"2.1.4"_s));
+        QVERIFY(store.save());
+        const QByteArray before = readAll(path);
+
+        QVERIFY(store.setValue(Main, u"PATH"_s, QString(4000, u'x')));
+        QString error;
+        {
+            const FileSizeLimit limit(64);
+            QVERIFY(!store.save(&error));
+        }
+        QVERIFY2(error.startsWith(u"Cannot write "_s + path), qPrintable(error));
+        QCOMPARE(readAll(path), before);
+        QCOMPARE(QDir(dir.path()).entryList(QDir::Files), QStringList{u"Tandrill.ini"_s});
+    }
+
+    void unwritableFolderGivesAClearErrorAndKeepsTheOldFile()
+    {
+        if (geteuid() == 0) {
+            QSKIP("Folder permissions do not bind root; the failed write above covers it");
+        }
+        QTemporaryDir dir;
+        const QString folder = dir.filePath(u"ro"_s);
+        QVERIFY(QDir().mkpath(folder));
+        const QString path = folder + u"/Tandrill.ini"_s;
+        Store store(path);
+        QVERIFY(store.setValue(Main, u"VERSION"_s, u"2.1.4"_s));
+        QVERIFY(store.save());
+        const QByteArray before = readAll(path);
+        QVERIFY(QFile::setPermissions(folder, QFile::ReadOwner | QFile::ExeOwner));
+        QVERIFY(store.setValue(Main, u"VERSION"_s, u"9.9.9"_s));
+        QString error;
+        const bool saved = store.save(&error);
+        QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        QVERIFY(!saved);
+        QVERIFY2(error.startsWith(u"Cannot write "_s + path), qPrintable(error));
+        QCOMPARE(readAll(path), before);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestStore)
+#include "tst_store.moc"
