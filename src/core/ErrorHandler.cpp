@@ -23,12 +23,12 @@ bool saveErrorList(Session& session, const Failure& failure, const QString& user
     if (!session.isOpen()) {
         return false;
     }
-    QSqlQuery q(session.db());
+    QSqlQuery q(session.sideDb());
     return Sql::exec(q,
                      QStringLiteral("INSERT INTO tblErrorList (ErrNumber, ErrDescription, "
                                     "LineNumber, UserMsg, ModuleName, ProcedureName, ErrDateTime, "
                                     "UserEmail) VALUES (?, ?, ?, ?, ?, ?, ?, ?)"),
                      {failure.number, failure.description, failure.line, userMessage,
-                      failure.module, failure.procedure,
-                      SqlValue::dateTime(session.clock().now()), userEmail});
+                      failure.module, failure.procedure, SqlValue::dateTime(session.clock().now()),
+                      userEmail});
 }

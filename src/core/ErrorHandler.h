@@ -19,6 +19,10 @@ inline bool errorHandler(Session& session, const QString& module, const QString&
     return errorHandler(session, Failure{module, procedure, number, description, line});
 }
 
-/** Keeps a failure in tblErrorList with the user's note and address; false when it could not. */
+/**
+ * Keeps a failure in tblErrorList with the user's note and address, stamped with the
+ * session's clock; false when it could not. Written through Session::sideDb(), so that on
+ * PostgreSQL the row survives a rollback of the work that failed.
+ */
 bool saveErrorList(Session& session, const Failure& failure, const QString& userMessage = QString(),
                    const QString& userEmail = QString());

@@ -29,7 +29,7 @@ QString option(Session& session, const QString& name, bool perWorkstation)
         return QString();
     }
     const QString key = perWorkstation ? guid + name : name;
-    QSqlQuery q(session.db2());
+    QSqlQuery q(session.sideDb());
     q.setForwardOnly(true);
     if (!Sql::exec(q,
                    QStringLiteral("SELECT itemValue FROM tblSysOption "
@@ -50,14 +50,15 @@ void setOption(Session& session, const QString& name, const QString& value, bool
         setRegistryValue(session, GuidName, guid);
     }
     const QString key = perWorkstation ? guid + name : name;
-    QSqlQuery q(session.db2());
+    QSqlQuery q(session.sideDb());
     bool ok = Sql::exec(q,
                         QStringLiteral("UPDATE tblSysOption SET itemValue = ? "
                                        "WHERE LOWER(SysOption) = LOWER(?)"),
                         {value, key});
     if (ok && q.numRowsAffected() == 0) {
-        ok = Sql::exec(q, QStringLiteral("INSERT INTO tblSysOption (itemValue, SysOption) VALUES (?, ?)"),
-                       {value, key});
+        ok = Sql::exec(
+            q, QStringLiteral("INSERT INTO tblSysOption (itemValue, SysOption) VALUES (?, ?)"),
+            {value, key});
     }
     if (!ok) {
         errorHandler(session, Sql::failure(Module, procedure, q.lastError()));
@@ -71,13 +72,13 @@ QString registryValue(const Session& session, const QString& name)
 
 bool setRegistryValue(Session& session, const QString& name, const QString& value)
 {
-    session.store().setValue(mainKey(), name, value);
-    return session.store().save();
+    return session.store().setValue(mainKey(), name, value) && session.store().save();
 }
 
 QString syncApplicationPath(const Session& session)
 {
-    return session.store().value(QString::fromLatin1(Installation::SyncKey), QStringLiteral("Path"));
+    return session.store().value(QString::fromLatin1(Installation::SyncKey),
+                                 QStringLiteral("Path"));
 }
 
 QString versionNo(const Session& session)

@@ -15,8 +15,7 @@ QString uniqueConnectionName(const char* role)
 Session::Session(const Installation& installation, Prompter& prompter)
     : m_installation(installation), m_store(installation.storeFile()), m_prompter(&prompter),
       m_mainName(uniqueConnectionName("main")), m_secondName(uniqueConnectionName("second"))
-{
-}
+{}
 
 Session::~Session()
 {
@@ -68,4 +67,9 @@ QSqlDatabase Session::db() const
 QSqlDatabase Session::db2() const
 {
     return QSqlDatabase::database(m_secondName, false);
+}
+
+QSqlDatabase Session::sideDb() const
+{
+    return m_transactionOpen && m_dialect.isSqlite() ? db() : db2();
 }

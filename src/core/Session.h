@@ -54,6 +54,13 @@ public:
     /** The second connection: options, and work independent of the main one. */
     QSqlDatabase db2() const;
     const SqlDialect& dialect() const { return m_dialect; }
+    /**
+     * Where options and the error list are read and written: the second connection,
+     * so that they stand apart from work in progress on the main one. SQLite allows one
+     * writer, so while the main connection holds a transaction there they go through
+     * it instead of waiting for it and failing.
+     */
+    QSqlDatabase sideDb() const;
 
     QString userName() const { return m_userName; }
     void setUserName(const QString& name) { m_userName = name; }
