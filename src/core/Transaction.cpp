@@ -30,6 +30,12 @@ bool Transaction::commit()
     if (!m_owner) {
         return m_active;
     }
+    // PostgreSQL answers COMMIT of a transaction that a failed statement has aborted
+    // with a silent ROLLBACK; any statement tells that state apart first.
+    if (!m_session.dialect().isSqlite() && !run(QStringLiteral("SELECT 1"))) {
+        rollback();
+        return false;
+    }
     const bool ok = run(QStringLiteral("COMMIT"));
     if (!ok) {
         rollback();

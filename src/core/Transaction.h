@@ -21,7 +21,8 @@ public:
     /** False when the transaction could not be opened; see error(). */
     bool isActive() const { return m_active; }
     bool ownsTransaction() const { return m_owner; }
-    /** Commits when this guard opened the transaction; true when joined. */
+    /** Commits when this guard opened the transaction; true when joined. False, with
+     *  everything rolled back, when the engine could not commit the work whole. */
     bool commit();
     void rollback();
     QString error() const { return m_error; }
