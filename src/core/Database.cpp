@@ -41,13 +41,19 @@ bool execOne(QSqlDatabase& db, const QString& sql, DatabaseError* error, QString
     return true;
 }
 
+QString notDataFile(const ConnectionSettings& s)
+{
+    return QStringLiteral("'%1' is not a Tandrill data file.").arg(s.describe());
+}
+
 bool validSchemaName(const QString& name)
 {
     static const QRegularExpression pattern(QStringLiteral("^[A-Za-z_][A-Za-z0-9_]*$"));
     return pattern.match(name).hasMatch();
 }
 
-bool openSqlite(const ConnectionSettings& s, const QString& name, DatabaseError* error)
+bool openSqlite(const ConnectionSettings& s, const QString& name, bool requireSchema,
+                DatabaseError* error)
 {
     QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), name);
     db.setDatabaseName(s.filePath);
@@ -56,10 +62,17 @@ bool openSqlite(const ConnectionSettings& s, const QString& name, DatabaseError*
         fail(error, numberOf(db.lastError(), CantOpen), db.lastError().text());
         return false;
     }
-    // The first read tells a damaged or foreign file from a data file.
+    // The first read tells a damaged file from a database; the tables tell a foreign
+    // one from a data file. Both before the journal mode, which writes to the file.
+    if (!execOne(db, QStringLiteral("SELECT COUNT(*) FROM sqlite_master"), error)) {
+        return false;
+    }
+    if (requireSchema && !Database::hasSchema(db)) {
+        fail(error, NotADatabase, notDataFile(s));
+        return false;
+    }
     QString mode;
-    if (!execOne(db, QStringLiteral("SELECT COUNT(*) FROM sqlite_master"), error) ||
-        !execOne(db, QStringLiteral("PRAGMA journal_mode=WAL"), error, &mode) ||
+    if (!execOne(db, QStringLiteral("PRAGMA journal_mode=WAL"), error, &mode) ||
         !execOne(db, QStringLiteral("PRAGMA synchronous=NORMAL"), error)) {
         return false;
     }
@@ -89,10 +102,12 @@ bool openPostgres(const ConnectionSettings& s, const QString& name, DatabaseErro
     return execOne(db, QStringLiteral("SET client_min_messages TO WARNING"), error);
 }
 
-bool openAny(const ConnectionSettings& s, const QString& name, DatabaseError* error)
+bool openAny(const ConnectionSettings& s, const QString& name, bool requireSchema,
+             DatabaseError* error)
 {
-    const bool ok = s.engine == SqlDialect::Engine::SQLite ? openSqlite(s, name, error)
-                                                           : openPostgres(s, name, error);
+    const bool ok = s.engine == SqlDialect::Engine::SQLite
+                        ? openSqlite(s, name, requireSchema, error)
+                        : openPostgres(s, name, error);
     if (!ok) {
         Database::close(name);
     }
@@ -142,7 +157,8 @@ QString ConnectionSettings::describe() const
     if (engine == SqlDialect::Engine::SQLite) {
         return filePath;
     }
-    QString text = QStringLiteral("PostgreSQL database %1 on %2:%3").arg(databaseName, host).arg(port);
+    QString text =
+        QStringLiteral("PostgreSQL database %1 on %2:%3").arg(databaseName, host).arg(port);
     if (!schema.isEmpty()) {
         text += QStringLiteral(", schema ") + schema;
     }
@@ -154,15 +170,15 @@ bool Database::open(const ConnectionSettings& settings, const QString& connectio
 {
     if (settings.engine == SqlDialect::Engine::SQLite && !QFileInfo::exists(settings.filePath)) {
         // Opening would make a new empty file in its place.
-        fail(error, CantOpen, QStringLiteral("Could not find the data file '%1'.").arg(settings.filePath));
+        fail(error, CantOpen,
+             QStringLiteral("Could not find the data file '%1'.").arg(settings.filePath));
         return false;
     }
-    if (!openAny(settings, connectionName, error)) {
+    if (!openAny(settings, connectionName, true, error)) {
         return false;
     }
     if (!hasSchema(QSqlDatabase::database(connectionName, false))) {
-        fail(error, NotADatabase,
-             QStringLiteral("'%1' is not a Tandrill data file.").arg(settings.describe()));
+        fail(error, NotADatabase, notDataFile(settings));
         close(connectionName);
         return false;
     }
@@ -172,7 +188,7 @@ bool Database::open(const ConnectionSettings& settings, const QString& connectio
 bool Database::openForCreate(const ConnectionSettings& settings, const QString& connectionName,
                              DatabaseError* error)
 {
-    return openAny(settings, connectionName, error);
+    return openAny(settings, connectionName, false, error);
 }
 
 void Database::close(const QString& connectionName)
