@@ -16,12 +16,33 @@
 namespace {
 
 const QString Module = QStringLiteral("General Function");
+constexpr qint64 FileNotFound = 53;
+
+/** A file in a folder named by a store value; an empty folder does not mean the working one. */
+QString fileIn(const QString& folder, const QString& name)
+{
+    return QDir::cleanPath(folder + u'/' + name);
+}
 
 struct BackupError
 {
     int number = 0;
     QString text;
 };
+
+/** True when the engine's integrity check passes on the database. */
+bool isWhole(sqlite3* db)
+{
+    sqlite3_stmt* check = nullptr;
+    if (sqlite3_prepare_v2(db, "PRAGMA integrity_check", -1, &check, nullptr) != SQLITE_OK) {
+        return false;
+    }
+    const bool whole =
+        sqlite3_step(check) == SQLITE_ROW &&
+        qstrcmp(reinterpret_cast<const char*>(sqlite3_column_text(check, 0)), "ok") == 0;
+    sqlite3_finalize(check);
+    return whole;
+}
 
 /** Copies a live SQLite file with the engine's online backup: a consistent copy
  *  even while other connections are writing. */
@@ -39,10 +60,18 @@ bool copyDatabase(const QString& from, const QString& to, BackupError* error)
         sqlite3_backup* backup = sqlite3_backup_init(target, "main", source, "main");
         if (backup) {
             rc = sqlite3_backup_step(backup, -1);
-            rc = rc == SQLITE_DONE ? sqlite3_backup_finish(backup) : (sqlite3_backup_finish(backup), rc);
+            rc = rc == SQLITE_DONE ? sqlite3_backup_finish(backup)
+                                   : (sqlite3_backup_finish(backup), rc);
         } else {
             rc = sqlite3_errcode(target);
         }
+    }
+    if (rc == SQLITE_OK) {
+        // The copy stands alone as one file, and is only kept when it reads back whole.
+        rc = sqlite3_exec(target, "PRAGMA journal_mode=DELETE", nullptr, nullptr, nullptr);
+    }
+    if (rc == SQLITE_OK && !isWhole(target)) {
+        rc = SQLITE_CORRUPT;
     }
     if (rc != SQLITE_OK) {
         error->number = rc;
@@ -56,11 +85,9 @@ bool copyDatabase(const QString& from, const QString& to, BackupError* error)
 } // namespace
 
 Startup::Startup(Session& session)
-    : m_session(session), m_launcher([](const QString& program) {
-          return QProcess::startDetached(program, {});
-      })
-{
-}
+    : m_session(session),
+      m_launcher([](const QString& program) { return QProcess::startDetached(program, {}); })
+{}
 
 Startup::~Startup() = default;
 
@@ -81,10 +108,10 @@ QString Startup::backupFileName(const QString& version)
 
 QString Startup::lockFilePath(const QString& home)
 {
-    const QByteArray hash = QCryptographicHash::hash(QDir::cleanPath(home).toUtf8(),
-                                                     QCryptographicHash::Sha1)
-                                .toHex()
-                                .left(16);
+    const QByteArray hash =
+        QCryptographicHash::hash(QDir::cleanPath(home).toUtf8(), QCryptographicHash::Sha1)
+            .toHex()
+            .left(16);
     return QDir::tempPath() + QStringLiteral("/tandrill-") + QString::fromLatin1(hash) +
            QStringLiteral(".lock");
 }
@@ -101,24 +128,31 @@ Startup::Outcome Startup::checkForUpdate()
         updateFolder = source;
         installed = Options::registryValue(m_session, QStringLiteral("CLIENTVERSION"));
     } else {
-        updateFolder = Options::registryValue(m_session, QStringLiteral("PATH")) +
-                       QStringLiteral("Client");
+        updateFolder =
+            Options::registryValue(m_session, QStringLiteral("PATH")) + QStringLiteral("Client");
         installed = Options::registryValue(m_session, QStringLiteral("VERSION"));
     }
-    QFile file(QDir(updateFolder).filePath(QStringLiteral("update.txt")));
+    const QString procedure = QStringLiteral("CheckForUpdate");
+    QFile file(fileIn(updateFolder, QStringLiteral("update.txt")));
     if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
-        errorHandler(m_session, Module, QStringLiteral("CheckForUpdate"), 53,
+        errorHandler(m_session, Module, procedure, FileNotFound,
                      QStringLiteral("File not found: %1").arg(file.fileName()));
         return Outcome::Continue;
     }
     const QString offered = QTextStream(&file).readLine().trimmed();
-    if (offered > installed.trimmed()) {
-        m_session.prompter().inform(QStringLiteral(
-            "System found an update for Tandrill. It will start automatically in a moment."));
-        m_launcher(QDir(updateFolder).filePath(QStringLiteral("setup")));
-        return Outcome::Exit;
+    if (offered <= installed.trimmed()) {
+        return Outcome::Continue;
     }
-    return Outcome::Continue;
+    m_session.prompter().inform(QStringLiteral(
+        "System found an update for Tandrill. It will start automatically in a moment."));
+    const QString installer = fileIn(updateFolder, QStringLiteral("setup"));
+    if (!m_launcher(installer)) {
+        // Ending here would end every later start the same way, with no update made.
+        errorHandler(m_session, Module, procedure, FileNotFound,
+                     QStringLiteral("File not found: %1").arg(installer));
+        return Outcome::Continue;
+    }
+    return Outcome::Exit;
 }
 
 bool Startup::backupDb()
@@ -177,8 +211,9 @@ Startup::Outcome Startup::connectToDb()
         reportConnectFailure(error.number, error.text);
         return Outcome::Exit;
     }
-    if (Options::option(m_session, QStringLiteral("SECURITYONOFF")) == QLatin1String("1") && m_login &&
-        !m_login(m_session)) {
+    // With logins on, a start that cannot ask for one ends as a refused login would.
+    if (Options::option(m_session, QStringLiteral("SECURITYONOFF")) == QLatin1String("1") &&
+        (!m_login || !m_login(m_session))) {
         return Outcome::Exit;
     }
     setUserRole();

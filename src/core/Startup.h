@@ -22,10 +22,13 @@ public:
 
     /** Starts a program (the installer); replaced in tests. */
     void setProgramLauncher(std::function<bool(const QString&)> launcher);
-    /** Asks for a login when logins are on; false ends the start. Without one nobody logs in. */
+    /** Asks for a login when logins are on; false ends the start. Without one, a data
+     *  file with logins on is refused: nobody may pass unasked. */
     void setLogin(std::function<bool(Session&)> login);
 
-    /** Looks for a newer client in the update folder; Exit once its installer has started. */
+    /** Looks for a newer client in the update folder; Exit once its installer has started.
+     *  A missing update.txt or an installer that does not start is reported and the start
+     *  goes on. */
     Outcome checkForUpdate();
     /** From the single-instance test to the user's rights. */
     Outcome connectToDb();
