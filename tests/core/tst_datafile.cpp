@@ -6,6 +6,7 @@
 #include "SqlValue.h"
 #include "TestInstallation.h"
 
+#include <QFile>
 #include <QSqlQuery>
 #include <QSqlRecord>
 #include <QTest>
@@ -30,16 +31,37 @@ private slots:
         }
     }
 
+    void dataModelPageNamesEveryTableAndColumn()
+    {
+        QFile page(QStringLiteral(TANDRILL_DATA_MODEL_DOC));
+        QVERIFY2(page.open(QIODevice::ReadOnly | QIODevice::Text), TANDRILL_DATA_MODEL_DOC);
+        const QString text = QString::fromUtf8(page.readAll());
+        for (const Schema::Table& table : Schema::instance().tables()) {
+            const QString heading = QStringLiteral("\n### %1\n").arg(table.name);
+            const qsizetype start = text.indexOf(heading);
+            QVERIFY2(start >= 0, qPrintable(table.name));
+            const qsizetype end = text.indexOf(QStringLiteral("\n### "), start + heading.size());
+            const QString section = text.mid(start, end < 0 ? -1 : end - start);
+            for (const Schema::Column& column : table.columns) {
+                QVERIFY2(section.contains(QStringLiteral("| `%1` |").arg(column.name)),
+                         qPrintable(table.name + u'.' + column.name));
+            }
+        }
+    }
+
     void fixedListsAndNewItemsNumberAfterThem()
     {
         TANDRILL_INSTALLATION(t);
         QSqlQuery q(t.session().db());
-        QVERIFY(Sql::exec(q, QStringLiteral("SELECT COUNT(*) FROM tblIndicator WHERE ItemID BETWEEN 1 AND 17")));
+        QVERIFY(Sql::exec(
+            q, QStringLiteral("SELECT COUNT(*) FROM tblIndicator WHERE ItemID BETWEEN 1 AND 17")));
         QVERIFY(q.next());
         QCOMPARE(q.value(0).toInt(), 17);
-        QVERIFY(Sql::exec(q, QStringLiteral("INSERT INTO tblIndicator (ParentId, ItemName, Show, FSize) "
-                                            "VALUES (1, ?, -1, 0) RETURNING ItemID"),
-                          {QStringLiteral("Österreich")}));
+        QVERIFY(
+            Sql::exec(q,
+                      QStringLiteral("INSERT INTO tblIndicator (ParentId, ItemName, Show, FSize) "
+                                     "VALUES (1, ?, -1, 0) RETURNING ItemID"),
+                      {QStringLiteral("Österreich")}));
         QVERIFY(q.next());
         QCOMPARE(q.value(0).toInt(), 18);
     }
@@ -62,8 +84,11 @@ private slots:
     {
         TANDRILL_INSTALLATION(t);
         QSqlQuery q(t.session().db());
-        QVERIFY(!Sql::exec(q, QStringLiteral("INSERT INTO tblPart (PartID, Inactive) VALUES ('P1', 1)")));
-        QVERIFY(!Sql::exec(q, QStringLiteral("INSERT INTO tblEmployee (EmployeeID, Inactive) VALUES ('E1', 'Y')")));
+        QVERIFY(!Sql::exec(
+            q, QStringLiteral("INSERT INTO tblPart (PartID, Inactive) VALUES ('P1', 1)")));
+        QVERIFY(!Sql::exec(
+            q,
+            QStringLiteral("INSERT INTO tblEmployee (EmployeeID, Inactive) VALUES ('E1', 'Y')")));
         QVERIFY(Sql::exec(q, QStringLiteral("INSERT INTO tblPart (PartID, Inactive) VALUES (?, ?)"),
                           {QStringLiteral("P1"), SqlValue::yesNo(true)}));
     }
@@ -72,9 +97,39 @@ private slots:
     {
         TANDRILL_INSTALLATION(t);
         QSqlQuery q(t.session().db());
-        QVERIFY(Sql::exec(q, QStringLiteral("INSERT INTO tblWorkorder (EquipmentID) VALUES (1) RETURNING WoDate")));
+        QVERIFY(Sql::exec(
+            q,
+            QStringLiteral("INSERT INTO tblWorkorder (EquipmentID) VALUES (1) RETURNING WoDate")));
         QVERIFY(q.next());
         QVERIFY(SqlValue::toDate(q.value(0)).isValid());
+    }
+
+    void engineKeysAreNeverHandedOutTwice()
+    {
+        TANDRILL_INSTALLATION(t);
+        QSqlQuery q(t.session().db());
+        int checked = 0;
+        for (const Schema::Table& table : Schema::instance().tables()) {
+            const Schema::Column& key = table.columns.first();
+            if (key.type != Schema::Type::AutoKey) {
+                continue;
+            }
+            const QString insert =
+                QStringLiteral("INSERT INTO %1 (%2) VALUES (%3) RETURNING %4")
+                    .arg(table.name, table.columns[1].name,
+                         table.columns[1].type == Schema::Type::Text ? QStringLiteral("'x'")
+                                                                     : QStringLiteral("0"),
+                         key.name);
+            QVERIFY2(Sql::exec(q, insert) && q.next(), qPrintable(insert));
+            const qint64 deleted = q.value(0).toLongLong();
+            QVERIFY(Sql::exec(
+                q, QStringLiteral("DELETE FROM %1 WHERE %2 = ?").arg(table.name, key.name),
+                {deleted}));
+            QVERIFY2(Sql::exec(q, insert) && q.next(), qPrintable(insert));
+            QVERIFY2(q.value(0).toLongLong() > deleted, qPrintable(table.name));
+            ++checked;
+        }
+        QCOMPARE(checked, 8);
     }
 
     void secondCreateRefusesAndChangesNothing()
