@@ -1,0 +1,124 @@
+#include "CommandLine.h"
+
+#include "Arguments.h"
+#include "InitCommand.h"
+#include "Installation.h"
+#include "NextDateCommand.h"
+#include "SqlCommand.h"
+
+namespace CommandLine {
+
+namespace {
+
+using Command = ExitCode (*)(const CliContext&, Arguments&);
+
+Command commandNamed(const QString& name)
+{
+    if (name == QLatin1String("init")) {
+        return InitCommand::run;
+    }
+    if (name == QLatin1String("sql")) {
+        return SqlCommand::run;
+    }
+    if (name == QLatin1String("next-date")) {
+        return NextDateCommand::run;
+    }
+    return nullptr;
+}
+
+} // namespace
+
+QString usageText()
+{
+    return QStringLiteral(
+        "Usage: tandrill-cli [--home DIR] [--today yyyy-MM-dd] COMMAND [OPTIONS]\n"
+        "\n"
+        "Commands:\n"
+        "  init [--demo] [--password P]\n"
+        "       [--pg-host H --pg-port N --pg-database D --pg-user U\n"
+        "        [--pg-password W] [--pg-schema S]]\n"
+        "      Makes a new installation and its data file, on a PostgreSQL server when\n"
+        "      the --pg options are given. Without --password, Chief's password is made\n"
+        "      up and printed once. --demo fills the data with a sample fleet.\n"
+        "  sql \"STATEMENT\"\n"
+        "      Runs one SQL statement. A query prints CSV with a header row; any other\n"
+        "      statement prints the number of rows changed.\n"
+        "  next-date ID [--given yyyy-MM-dd]\n"
+        "  next-date --all [--given yyyy-MM-dd]\n"
+        "      Prints the next date of a service on a machine (tblServiceUsed) as\n"
+        "      yyyy-MM-dd, or \"none\"; --all prints \"ServiceUsedID<TAB>date\" for each.\n"
+        "      --given stands for the last dates performed and scheduled.\n"
+        "\n"
+        "Options:\n"
+        "  --home DIR          the installation folder; else TANDRILL_HOME, else\n"
+        "                      ~/.local/share/Tandrill\n"
+        "  --today yyyy-MM-dd  the day to take as today\n"
+        "  --help              prints this text\n"
+        "\n"
+        "Exit codes: 0 done, 1 failed (the reason on stderr), 2 wrong command line.\n");
+}
+
+ExitCode usageError(const CliContext& context, const QString& reason)
+{
+    context.err << QStringLiteral("tandrill-cli: ") << reason << u'\n' << u'\n' << usageText()
+                << Qt::flush;
+    return ExitCode::Usage;
+}
+
+QString unexpected(const QString& word)
+{
+    if (word.startsWith(u'-')) {
+        return QStringLiteral("Unknown option: %1").arg(word);
+    }
+    return QStringLiteral("Unexpected argument: %1").arg(word);
+}
+
+QDate parseDay(const QString& text)
+{
+    return QDate::fromString(text, QStringLiteral("yyyy-MM-dd"));
+}
+
+int run(const QStringList& words, QTextStream& out, QTextStream& err)
+{
+    Arguments arguments(words);
+    CliContext context{QString(), QDate(), out, err};
+    if (arguments.takeFlag(QStringLiteral("--help")) || arguments.takeFlag(QStringLiteral("-h"))) {
+        out << usageText() << Qt::flush;
+        return int(ExitCode::Success);
+    }
+    const bool homeGiven = arguments.has(QStringLiteral("--home"));
+    const bool todayGiven = arguments.has(QStringLiteral("--today"));
+    QString home, today, error;
+    if (!arguments.takeValue(QStringLiteral("--home"), &home, &error) ||
+        !arguments.takeValue(QStringLiteral("--today"), &today, &error)) {
+        return int(usageError(context, error));
+    }
+    if (homeGiven && home.isEmpty()) {
+        return int(usageError(context, QStringLiteral("The option --home needs a folder.")));
+    }
+    if (todayGiven) {
+        context.today = parseDay(today);
+        if (!context.today.isValid()) {
+            return int(usageError(
+                context,
+                QStringLiteral("The day '%1' is no date of the form yyyy-MM-dd.").arg(today)));
+        }
+    }
+    const QString name = arguments.takePositional();
+    if (name.isEmpty()) {
+        const QString left = arguments.firstLeft();
+        return int(usageError(context, left.isEmpty() ? QStringLiteral("No command given.")
+                                                      : unexpected(left)));
+    }
+    const Command command = commandNamed(name);
+    if (!command) {
+        return int(usageError(context, QStringLiteral("Unknown command: %1").arg(name)));
+    }
+    context.home = Installation::resolveHome(home);
+    const ExitCode code = command(context, arguments);
+    out.flush();
+    err.flush();
+    return int(code);
+}
+
+} // namespace CommandLine

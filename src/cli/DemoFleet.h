@@ -1,0 +1,110 @@
+#pragma once
+
+#include <QDate>
+#include <QDateTime>
+#include <QHash>
+#include <QList>
+#include <QRandomGenerator>
+#include <QString>
+#include <QVariant>
+#include <QVariantList>
+
+class BatchInsert;
+class Session;
+
+/**
+ * A small, realistic grounds-care fleet for trying the program out and for
+ * tests: lookup lists, sites, crews, employees, suppliers, parts in stock,
+ * master services with calendar and meter schedules, those services on the
+ * machines with their first dates and counts, and months of meter readings.
+ *
+ * The same day gives the same data: the numbers come from a fixed seed and
+ * every date is counted back or forward from the session's today.
+ */
+class DemoFleet
+{
+public:
+    struct Counts
+    {
+        int machines = 0;
+        int services = 0;
+        int servicesOnMachines = 0;
+        int readings = 0;
+        int parts = 0;
+        int employees = 0;
+    };
+
+    explicit DemoFleet(Session& session);
+    ~DemoFleet();
+
+    /** Writes the whole fleet in one transaction; false with a reason, and nothing written. */
+    bool generate(QString* error);
+
+    const Counts& counts() const { return m_counts; }
+    /** One line that tells what was made. */
+    QString summary() const;
+
+    /** The moment the keys of machines and master services count on from. */
+    static QDateTime keyBase();
+
+private:
+    struct Reading
+    {
+        QDate day;
+        qint64 value;
+    };
+    struct Machine
+    {
+        qint64 id = 0;
+        int kind = 0;
+        int ordinal = 0; ///< among the machines of its kind
+        int site = 0;
+        int crew = 0;
+        bool retired = false;
+        QString countType;
+        QList<Reading> readings;
+    };
+
+    bool addLookupLists();
+    bool addPlacesAndCrews();
+    bool addEmployees();
+    bool addSuppliersAndParts();
+    bool addServices();
+    using Values = QHash<QString, QVariant>; ///< column values by name
+    Machine newMachine(int kind, int ordinal, int index) const;
+    bool addMachines();
+    QVariantList machineValues(const QStringList& columns, const Machine& machine);
+    void addIdentity(Values& v, const Machine& machine, const QDate& installed);
+    void addEngine(Values& v, const Machine& machine);
+    void addVehicle(Values& v, const Machine& machine, bool leased);
+    void addPurchase(Values& v, const Machine& machine, const QDate& installed, bool leased);
+    bool addReadings(BatchInsert& insert, Machine& machine);
+    bool attachServices();
+    bool attachService(BatchInsert& insert, BatchInsert& parts, const Machine& machine,
+                       int service);
+    void firstMeterDates(const Machine& machine, int interval, bool onGrid, QVariantList* dates);
+    void firstCalendarDates(const Machine& machine, int service, QVariantList* dates,
+                            bool* needsCalculation);
+    bool scheduleCalendarServices();
+
+    qint64 item(const QString& list, const QString& name) const;
+    qint64 addItem(BatchInsert& insert, qint64 parent, const QString& name);
+    bool fail(const QString& reason);
+    int between(int low, int high);
+    QDate daysAgo(int days) const { return m_today.addDays(-days); }
+
+    Session& m_session;
+    QRandomGenerator m_random;
+    QDate m_today;
+    QString m_error;
+    Counts m_counts;
+
+    QHash<QString, qint64> m_items;
+    QList<qint64> m_siteIds;
+    QList<QList<qint64>> m_locationIds; ///< per site
+    QList<qint64> m_crewIds;
+    QList<qint64> m_costCenterIds;
+    QList<qint64> m_serviceIds;
+    QList<Machine> m_machines;
+    QList<qint64> m_calendarRowsWithHistory;
+};

@@ -1,0 +1,132 @@
+#include "InitCommand.h"
+
+#include "Arguments.h"
+#include "CommandLine.h"
+#include "DataFile.h"
+#include "DataSession.h"
+#include "DemoFleet.h"
+#include "Installation.h"
+#include "PasswordHash.h"
+
+namespace InitCommand {
+
+namespace {
+
+struct Request
+{
+    bool demo = false;
+    bool passwordGiven = false;
+    DataFile::NewInstallation data;
+};
+
+const QString PgHost = QStringLiteral("--pg-host");
+const QString PgPort = QStringLiteral("--pg-port");
+const QString PgDatabase = QStringLiteral("--pg-database");
+const QString PgUser = QStringLiteral("--pg-user");
+const QString PgPassword = QStringLiteral("--pg-password");
+const QString PgSchema = QStringLiteral("--pg-schema");
+
+/** The server options; false with a reason when they are incomplete or wrong. */
+bool takeServer(Arguments& arguments, ConnectionSettings* settings, QString* error)
+{
+    QString host, port, database, user, password, schema;
+    if (!arguments.takeValue(PgHost, &host, error) || !arguments.takeValue(PgPort, &port, error) ||
+        !arguments.takeValue(PgDatabase, &database, error) ||
+        !arguments.takeValue(PgUser, &user, error) ||
+        !arguments.takeValue(PgPassword, &password, error) ||
+        !arguments.takeValue(PgSchema, &schema, error)) {
+        return false;
+    }
+    const bool anyGiven = !(host + port + database + user + password + schema).isEmpty();
+    if (!anyGiven) {
+        return true; // the embedded file
+    }
+    if (host.isEmpty() || port.isEmpty() || database.isEmpty() || user.isEmpty()) {
+        *error = QStringLiteral("A PostgreSQL data file needs %1, %2, %3 and %4.")
+                     .arg(PgHost, PgPort, PgDatabase, PgUser);
+        return false;
+    }
+    bool numeric = false;
+    const int portNumber = port.toInt(&numeric);
+    if (!numeric || portNumber <= 0 || portNumber > 65535) {
+        *error = QStringLiteral("The port '%1' is no port number.").arg(port);
+        return false;
+    }
+    settings->engine = SqlDialect::Engine::PostgreSQL;
+    settings->host = host;
+    settings->port = portNumber;
+    settings->databaseName = database;
+    settings->user = user;
+    settings->password = password;
+    settings->schema = schema;
+    return true;
+}
+
+bool parse(Arguments& arguments, Request* request, QString* error)
+{
+    const QString passwordOption = QStringLiteral("--password");
+    request->demo = arguments.takeFlag(QStringLiteral("--demo"));
+    request->passwordGiven = arguments.has(passwordOption);
+    QString password;
+    if (!arguments.takeValue(passwordOption, &password, error) ||
+        !takeServer(arguments, &request->data.connection, error)) {
+        return false;
+    }
+    if (!arguments.isEmpty()) {
+        *error = CommandLine::unexpected(arguments.firstLeft());
+        return false;
+    }
+    if (request->passwordGiven && password.isEmpty()) {
+        *error = QStringLiteral("The password of Chief must not be empty.");
+        return false;
+    }
+    request->data.chiefPassword =
+        request->passwordGiven ? password : PasswordHash::randomPassword();
+    request->data.version = QStringLiteral(TANDRILL_VERSION);
+    return true;
+}
+
+ExitCode fillDemo(const CliContext& context)
+{
+    DataSession data(context);
+    if (!data.open()) {
+        return ExitCode::Failure;
+    }
+    DemoFleet demo(data.session());
+    QString error;
+    if (!demo.generate(&error)) {
+        context.err << QStringLiteral("The demo fleet could not be made: ") << error << Qt::endl;
+        return ExitCode::Failure;
+    }
+    context.out << QStringLiteral("Demo fleet: ") << demo.summary() << Qt::endl;
+    return ExitCode::Success;
+}
+
+} // namespace
+
+ExitCode run(const CliContext& context, Arguments& arguments)
+{
+    Request request;
+    QString error;
+    if (!parse(arguments, &request, &error)) {
+        return CommandLine::usageError(context, error);
+    }
+    const Installation installation(context.home);
+    if (!DataFile::create(installation, request.data, &error)) {
+        context.err << error << Qt::endl;
+        return ExitCode::Failure;
+    }
+    ConnectionSettings where = request.data.connection;
+    if (where.engine == SqlDialect::Engine::SQLite) {
+        where.filePath = installation.dataFile();
+    }
+    context.out << QStringLiteral("Installation created in ") << installation.home() << u'\n'
+                << QStringLiteral("Data: ") << where.describe() << Qt::endl;
+    if (!request.passwordGiven) {
+        context.out << QStringLiteral("Password of Chief: ") << request.data.chiefPassword
+                    << Qt::endl;
+    }
+    return request.demo ? fillDemo(context) : ExitCode::Success;
+}
+
+} // namespace InitCommand

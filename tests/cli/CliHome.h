@@ -1,0 +1,56 @@
+#pragma once
+
+#include "Database.h"
+
+#include <QDate>
+#include <QStringList>
+#include <QTemporaryDir>
+
+/** What one run of the command line answered. */
+struct CliResult
+{
+    int code = -1;
+    QString out;
+    QString err;
+};
+
+/** Runs the command line in this process, with its streams captured. */
+CliResult runCli(const QStringList& words);
+
+/**
+ * A folder for an installation that is not made yet, on the engine this test
+ * run is for. For PostgreSQL it makes a fresh schema and drops it at the end.
+ */
+class CliHome
+{
+public:
+    CliHome();
+    ~CliHome();
+    CliHome(const CliHome&) = delete;
+    CliHome& operator=(const CliHome&) = delete;
+
+    bool isValid() const { return m_valid; }
+    QString error() const { return m_error; }
+
+    QString home() const { return m_dir.path() + QStringLiteral("/home"); }
+    QString dataFile() const { return home() + QStringLiteral("/Data/Korvelle.db"); }
+    QString storeFile() const { return home() + QStringLiteral("/Tandrill.ini"); }
+
+    /** "init" with the server options when this run is for PostgreSQL, then the extra words. */
+    QStringList initWords(const QStringList& extra = {}) const;
+    /** Runs a command on this installation, with --home and --today set. */
+    CliResult run(const QStringList& words, const QDate& today = QDate(2025, 3, 1)) const;
+    /** Runs a statement and returns the output lines; empty when it failed. */
+    QStringList sql(const QString& statement) const;
+
+private:
+    bool adminExec(const QString& statement);
+
+    QTemporaryDir m_dir;
+    ConnectionSettings m_pg;
+    bool m_valid = false;
+    QString m_error;
+};
+
+/** The value printed by a one-column, one-row query, its CSV quotes taken off. */
+QString sqlValue(const CliHome& home, const QString& statement);

@@ -1,0 +1,197 @@
+#include "Arguments.h"
+#include "CliHome.h"
+#include "CommandLine.h"
+#include "CsvWriter.h"
+#include "SqlCommand.h"
+
+#include <QDir>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+/** The command line's words and fields, before any data is touched. */
+class TestCliUsage : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void wrongCommandLinesExitTwoAndTouchNothing_data()
+    {
+        QTest::addColumn<QStringList>("words");
+        QTest::addColumn<QString>("reason");
+
+        auto row = [](const char* name, QStringList words, const char* reason) {
+            QTest::newRow(name) << words << QString::fromUtf8(reason);
+        };
+        row("no command", {}, "No command given.");
+        row("unknown command", {u"frobnicate"_s}, "Unknown command: frobnicate");
+        row("unknown global option", {u"--nope"_s, u"sql"_s, u"SELECT 1"_s},
+            "Unknown option: --nope");
+        row("today not a date", {u"--today"_s, u"2025-13-01"_s, u"next-date"_s, u"1"_s},
+            "The day '2025-13-01' is no date");
+        row("today in another form", {u"--today=01/03/2025"_s, u"next-date"_s, u"1"_s},
+            "The day '01/03/2025' is no date");
+        row("today without value", {u"next-date"_s, u"1"_s, u"--today"_s},
+            "The option --today needs a value.");
+        row("today twice", {u"--today=2025-01-01"_s, u"--today=2025-01-02"_s, u"init"_s},
+            "The option --today is given twice.");
+        row("home empty", {u"--home="_s, u"init"_s}, "The option --home needs a folder.");
+        row("init unknown option", {u"init"_s, u"--demo2"_s}, "Unknown option: --demo2");
+        row("init stray word", {u"init"_s, u"now"_s}, "Unexpected argument: now");
+        row("init server half given", {u"init"_s, u"--pg-host"_s, u"/tmp"_s},
+            "A PostgreSQL data file needs --pg-host, --pg-port, --pg-database and --pg-user.");
+        row("init port not a number",
+            {u"init"_s, u"--pg-host=h"_s, u"--pg-port=54x"_s, u"--pg-database=d"_s,
+             u"--pg-user=u"_s},
+            "The port '54x' is no port number.");
+        row("init empty password", {u"init"_s, u"--password="_s},
+            "The password of Chief must not be empty.");
+        row("sql without statement", {u"sql"_s}, "sql needs a statement.");
+        row("sql blank statement", {u"sql"_s, u"  "_s}, "sql needs a statement.");
+        row("sql two statements", {u"sql"_s, u"SELECT 1"_s, u"SELECT 2"_s},
+            "Unexpected argument: SELECT 2");
+        row("next-date without id", {u"next-date"_s},
+            "next-date needs the ServiceUsedID of a service, or --all.");
+        row("next-date id not a number", {u"next-date"_s, u"abc"_s},
+            "The ID 'abc' is no ServiceUsedID.");
+        row("next-date id zero", {u"next-date"_s, u"0"_s}, "The ID '0' is no ServiceUsedID.");
+        row("next-date id and all", {u"next-date"_s, u"5"_s, u"--all"_s},
+            "next-date takes either an ID or --all, not both.");
+        row("next-date impossible given day", {u"next-date"_s, u"5"_s, u"--given=2025-02-30"_s},
+            "The day '2025-02-30' is no date");
+        row("next-date given without value", {u"next-date"_s, u"5"_s, u"--given"_s},
+            "The option --given needs a value.");
+        row("next-date negative id", {u"next-date"_s, u"-5"_s}, "Unknown option: -5");
+    }
+
+    void wrongCommandLinesExitTwoAndTouchNothing()
+    {
+        QFETCH(QStringList, words);
+        QFETCH(QString, reason);
+        QTemporaryDir dir;
+        const QString home = dir.filePath(QStringLiteral("home"));
+        const bool ownHome = words.join(u' ').contains(QStringLiteral("--home"));
+        const CliResult r =
+            runCli(ownHome ? words : QStringList{QStringLiteral("--home"), home} + words);
+        QCOMPARE(r.code, 2);
+        QVERIFY2(r.err.startsWith(QStringLiteral("tandrill-cli: ") + reason), qPrintable(r.err));
+        QVERIFY(r.err.contains(QLatin1String("Usage: tandrill-cli")));
+        QVERIFY(r.out.isEmpty());
+        QVERIFY2(!QDir(home).exists(), "a wrong command line must not make an installation");
+    }
+
+    void helpPrintsUsageOnStdout()
+    {
+        const CliResult r = runCli({QStringLiteral("--help")});
+        QCOMPARE(r.code, 0);
+        QVERIFY(r.out.startsWith(QLatin1String("Usage: tandrill-cli")));
+        for (const char* command : {"init", "sql", "next-date --all"}) {
+            QVERIFY(r.out.contains(QLatin1String(command)));
+        }
+        QVERIFY(r.err.isEmpty());
+    }
+
+    void argumentsTakeOptionsAnywhere_data()
+    {
+        QTest::addColumn<QStringList>("words");
+        QTest::addColumn<QString>("given");
+        QTest::addColumn<QString>("positional");
+
+        QTest::newRow("option after word")
+            << QStringList{u"7"_s, u"--given"_s, u"d"_s} << u"d"_s << u"7"_s;
+        QTest::newRow("option before word")
+            << QStringList{u"--given"_s, u"d"_s, u"7"_s} << u"d"_s << u"7"_s;
+        QTest::newRow("with equals sign")
+            << QStringList{u"--given=a=b"_s, u"7"_s} << u"a=b"_s << u"7"_s;
+        QTest::newRow("end of options")
+            << QStringList{u"--"_s, u"--given"_s} << QString() << u"--given"_s;
+        QTest::newRow("statement with dashes")
+            << QStringList{u"--"_s, u"-- note\nSELECT 1"_s} << QString() << u"-- note\nSELECT 1"_s;
+    }
+
+    void argumentsTakeOptionsAnywhere()
+    {
+        QFETCH(QStringList, words);
+        QFETCH(QString, given);
+        QFETCH(QString, positional);
+        Arguments arguments(words);
+        QString value, error;
+        QVERIFY(arguments.takeValue(QStringLiteral("--given"), &value, &error));
+        QCOMPARE(value, given);
+        QCOMPARE(arguments.takePositional(), positional);
+        QVERIFY2(arguments.isEmpty(), qPrintable(arguments.firstLeft()));
+    }
+
+    void oneStatementAtATime_data()
+    {
+        QTest::addColumn<QString>("sql");
+        QTest::addColumn<bool>("single");
+        QTest::addColumn<QString>("statement");
+
+        auto one = [](const char* name, const QString& sql, const QString& statement) {
+            QTest::newRow(name) << sql << true << statement;
+        };
+        auto several = [](const char* name, const QString& sql) {
+            QTest::newRow(name) << sql << false << QString();
+        };
+        one("plain", u"SELECT 1"_s, u"SELECT 1"_s);
+        one("ended", u"SELECT 1;  \n"_s, u"SELECT 1"_s);
+        one("ended twice", u"SELECT 1;;"_s, u"SELECT 1"_s);
+        one("comment after the end", u"SELECT 1; -- and more; here"_s, u"SELECT 1"_s);
+        one("block comment after the end", u"SELECT 1; /* DROP; */"_s, u"SELECT 1"_s);
+        one("in a text", u"SELECT 'a;b', 'it''s; ok'"_s, u"SELECT 'a;b', 'it''s; ok'"_s);
+        one("in a quoted name", u"SELECT 1 AS \"x;y\";"_s, u"SELECT 1 AS \"x;y\""_s);
+        one("in a dollar text", u"SELECT $t$ a; b $t$"_s, u"SELECT $t$ a; b $t$"_s);
+        one("in a comment", u"SELECT 1 -- x; y\n + 1"_s, u"SELECT 1 -- x; y\n + 1"_s);
+        several("two", u"SELECT 1; SELECT 2"_s);
+        several("two without blank", u"DELETE FROM tblUser;SELECT 1"_s);
+        several("after a text", u"SELECT ';'; DROP TABLE tblUser"_s);
+        several("after a comment", u"SELECT 1; /* x */ DELETE FROM tblUser"_s);
+        several("placeholder is no dollar text", u"SELECT $1; SELECT 2"_s);
+    }
+
+    void oneStatementAtATime()
+    {
+        QFETCH(QString, sql);
+        QFETCH(bool, single);
+        QFETCH(QString, statement);
+        const std::optional<QString> found = SqlCommand::singleStatement(sql);
+        QCOMPARE(found.has_value(), single);
+        if (single) {
+            QCOMPARE(*found, statement);
+        }
+    }
+
+    void csvFieldsFollowTheQuotingRules_data()
+    {
+        QTest::addColumn<QVariant>("value");
+        QTest::addColumn<QString>("field");
+
+        QTest::newRow("plain") << QVariant(u"Main Shed"_s) << u"Main Shed"_s;
+        QTest::newRow("apostrophe stays bare") << QVariant(u"O'Brien"_s) << u"O'Brien"_s;
+        QTest::newRow("comma") << QVariant(u"Portland, OR"_s) << u"\"Portland, OR\""_s;
+        QTest::newRow("quotes doubled") << QVariant(u"52\" deck"_s) << u"\"52\"\" deck\""_s;
+        QTest::newRow("line feed") << QVariant(u"a\nb"_s) << u"\"a\nb\""_s;
+        QTest::newRow("carriage return") << QVariant(u"a\rb"_s) << u"\"a\rb\""_s;
+        QTest::newRow("non-ASCII untouched")
+            << QVariant(u"Zoë Lefèvre, Québec"_s) << u"\"Zoë Lefèvre, Québec\""_s;
+        QTest::newRow("null") << QVariant(QMetaType::fromType<QString>()) << QString();
+        QTest::newRow("empty") << QVariant(QString(u""_s)) << QString();
+        QTest::newRow("day") << QVariant(QDate(2025, 3, 1)) << u"2025-03-01"_s;
+        QTest::newRow("moment") << QVariant(QDateTime(QDate(2025, 3, 1), QTime(7, 5, 9)))
+                                << u"2025-03-01 07:05:09"_s;
+        QTest::newRow("whole number") << QVariant(qlonglong(115080000)) << u"115080000"_s;
+        QTest::newRow("fraction") << QVariant(31.5) << u"31.5"_s;
+    }
+
+    void csvFieldsFollowTheQuotingRules()
+    {
+        QFETCH(QVariant, value);
+        QFETCH(QString, field);
+        QCOMPARE(CsvWriter::field(value), field);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestCliUsage)
+#include "tst_cli_usage.moc"
