@@ -1,0 +1,134 @@
+// The desktop program: starts the session in its fixed order, then puts the
+// main screen and the screens of every library together.
+
+#include "HelpFiles.h"
+#include "MainCommandLine.h"
+#include "MainScreen.h"
+#include "MainScreenshot.h"
+#include "MessageBoxPrompter.h"
+#include "ScriptedPrompter.h"
+#include "Session.h"
+#include "Startup.h"
+
+#include <QApplication>
+#include <QHash>
+#include <QTextStream>
+#include <QTimer>
+
+namespace {
+
+constexpr int StartFailedExitCode = 1;
+constexpr int ScreenshotFailedExitCode = 3;
+constexpr int ScreenshotTimeoutMs = 15000;
+
+const QString MainScreenName = QStringLiteral("frmMainScreen");
+
+/** Screens that open by name, for --screenshot; each also opens from its menu entries. */
+using ScreenCatalogue = QHash<QString, MainScreen::Handler>;
+
+/**
+ * Wires the menu and the navigator to the screens of the other libraries.
+ * Each screen goes in twice: main.setHandler("mnuX", opener) for its menu
+ * entry (main.setNavigatorHandler(i, opener) for a navigator entry), and
+ * screens.insert("frmX", opener) so that a picture of it can be taken.
+ * An entry left unwired stays disabled.
+ */
+ScreenCatalogue wireScreens(MainScreen& main, Session& session)
+{
+    Q_UNUSED(main);
+    Q_UNUSED(session);
+    return {};
+}
+
+int fail(Prompter& prompter, const QString& text, int exitCode)
+{
+    prompter.message(text, Prompter::Buttons::Ok, Prompter::Icon::Critical);
+    return exitCode;
+}
+
+/** Takes the picture asked for on the command line and ends the run with its outcome. */
+int takeScreenshot(QApplication& app, Prompter& prompter, const MainCommandLine& line,
+                   const ScreenCatalogue& screens)
+{
+    const QString name = line.screenshotScreen;
+    if (name != MainScreenName && !screens.contains(name)) {
+        return fail(prompter, QStringLiteral("No screen named %1 can be opened.").arg(name),
+                    MainCommandLine::UsageExitCode);
+    }
+    MainScreenshot::captureWhenShown(
+        name, line.screenshotFile, ScreenshotTimeoutMs, [&prompter](bool ok, const QString& error) {
+            if (!ok) {
+                prompter.message(error, Prompter::Buttons::Ok, Prompter::Icon::Critical);
+            }
+            QCoreApplication::exit(ok ? 0 : ScreenshotFailedExitCode);
+        });
+    if (name != MainScreenName) {
+        QTimer::singleShot(0, &app, screens.value(name));
+    }
+    return app.exec();
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("tandrill"));
+    QApplication::setApplicationVersion(QStringLiteral(TANDRILL_VERSION));
+
+    // Without a display nobody can answer a dialog: messages go to stderr and questions take No.
+    QTextStream errors(stderr);
+    ScriptedPrompter printed(&errors);
+    printed.setDefaultAnswer(Prompter::Answer::No);
+    MessageBoxPrompter boxes;
+    const bool headless = QGuiApplication::platformName() == QLatin1String("offscreen");
+    Prompter& prompter = headless ? static_cast<Prompter&>(printed) : boxes;
+
+    const MainCommandLine line = MainCommandLine::parse(QApplication::arguments());
+    if (line.helpRequested || line.versionRequested) {
+        QTextStream(stdout) << (line.helpRequested
+                                    ? line.helpText
+                                    : QStringLiteral("tandrill " TANDRILL_VERSION "\n"));
+        return 0;
+    }
+    if (!line.error.isEmpty()) {
+        return fail(prompter, line.error, MainCommandLine::UsageExitCode);
+    }
+
+    const Installation installation(Installation::resolveHome(line.home));
+    if (!installation.isInstalled()) {
+        return fail(prompter,
+                    QStringLiteral("There is no Korvelle installation in %1.\n"
+                                   "Make one with \"tandrill-cli --home %1 init\", or start "
+                                   "scripts/run for a demonstration installation.")
+                        .arg(installation.home()),
+                    StartFailedExitCode);
+    }
+    Session session(installation, prompter);
+    if (line.today.isValid()) {
+        session.clock().setToday(line.today);
+    }
+    QString error;
+    if (!session.loadStore(&error)) {
+        return fail(prompter,
+                    QStringLiteral("The settings of the installation in %1 cannot be read: %2")
+                        .arg(installation.home(), error),
+                    StartFailedExitCode);
+    }
+
+    Startup startup(session);
+    if (startup.run() == Startup::Outcome::Exit) {
+        return StartFailedExitCode;
+    }
+    if (!HelpFiles::installMissing(session, QStringLiteral(":/bundled"), &error)) {
+        qWarning("%s", qPrintable(error)); // help then says the file is missing; the run goes on
+    }
+
+    MainScreen main(session);
+    const ScreenCatalogue screens = wireScreens(main, session);
+    main.show();
+    if (line.wantsScreenshot()) {
+        return takeScreenshot(app, prompter, line, screens);
+    }
+    return app.exec();
+}

@@ -1,0 +1,72 @@
+#include "MainScreenshot.h"
+
+#include <QApplication>
+#include <QDeadlineTimer>
+#include <QDialog>
+#include <QFileInfo>
+#include <QPixmap>
+#include <QTimer>
+#include <QWidget>
+#include <memory>
+
+namespace MainScreenshot {
+
+bool save(QWidget* widget, const QString& file, QString* error)
+{
+    const QPixmap picture = widget->grab();
+    if (picture.isNull() || !picture.save(file, "PNG")) {
+        *error =
+            QStringLiteral("Cannot write the picture %1").arg(QFileInfo(file).absoluteFilePath());
+        return false;
+    }
+    return true;
+}
+
+QWidget* findShown(const QString& screenName)
+{
+    QWidget* modal = QApplication::activeModalWidget();
+    if (modal && modal->objectName() == screenName) {
+        return modal;
+    }
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    for (QWidget* window : windows) {
+        if (window->isVisible() && window->objectName() == screenName) {
+            return window;
+        }
+    }
+    return nullptr;
+}
+
+void captureWhenShown(const QString& screenName, const QString& file, int timeoutMs,
+                      std::function<void(bool ok, const QString& error)> done)
+{
+    auto* poll = new QTimer(qApp);
+    poll->setInterval(50);
+    const QDeadlineTimer deadline(timeoutMs);
+    // A screen seen for the first time may still have its layout pending: take it a tick later.
+    auto seen = std::make_shared<bool>(false);
+    QObject::connect(poll, &QTimer::timeout, poll, [=] {
+        QWidget* screen = findShown(screenName);
+        if (!deadline.hasExpired() && (!screen || !*seen)) {
+            *seen = screen != nullptr;
+            return;
+        }
+        poll->stop();
+        poll->deleteLater();
+        if (!screen) {
+            done(false, QStringLiteral("No screen named %1 was shown").arg(screenName));
+            return;
+        }
+        QString error;
+        const bool saved = save(screen, file, &error);
+        if (auto* dialog = qobject_cast<QDialog*>(screen)) {
+            dialog->reject();
+        } else if (screen->isModal()) {
+            screen->close();
+        }
+        done(saved, error);
+    });
+    poll->start();
+}
+
+} // namespace MainScreenshot

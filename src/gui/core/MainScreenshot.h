@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QString>
+#include <functional>
+
+class QWidget;
+
+/**
+ * Pictures of screens for the documentation: a screen is found by its
+ * objectName among the windows shown, drawn with QWidget::grab() and saved
+ * as PNG. Works without a display (QT_QPA_PLATFORM=offscreen).
+ */
+namespace MainScreenshot {
+
+/** Saves a picture of widget to file; false with the reason when it cannot be written. */
+bool save(QWidget* widget, const QString& file, QString* error);
+
+/** The visible window named screenName: the modal one first, then any top-level one. */
+QWidget* findShown(const QString& screenName);
+
+/**
+ * Waits, without blocking the event loop, until a window named screenName
+ * is shown (a modal screen too), saves its picture, closes a modal screen
+ * again and calls done. After timeoutMs done is called with the reason.
+ */
+void captureWhenShown(const QString& screenName, const QString& file, int timeoutMs,
+                      std::function<void(bool ok, const QString& error)> done);
+
+} // namespace MainScreenshot

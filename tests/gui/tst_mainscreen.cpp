@@ -1,0 +1,663 @@
+#include "HelpFiles.h"
+#include "HelpWindow.h"
+#include "HttpStub.h"
+#include "MainScreen.h"
+#include "Options.h"
+#include "TestInstallation.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QDialog>
+#include <QFile>
+#include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QTest>
+#include <QTextBrowser>
+#include <QTimer>
+#include <memory>
+
+namespace {
+
+const QString Version = QStringLiteral(TANDRILL_VERSION);
+
+/** The entries the program's own screen serves, without any other library. */
+const QStringList OwnEntries = {
+    QStringLiteral("mnuExit"),
+    QStringLiteral("mnuTandrillHelp"),
+    QStringLiteral("mnuQickStart"),
+    QStringLiteral("mnuAboutTandrill"),
+};
+
+/** Runs check inside the next modal dialog, which must be named name. */
+void onModal(const QString& name, std::function<void(QWidget*)> check)
+{
+    QTimer::singleShot(0, [name, check] {
+        QWidget* modal = QApplication::activeModalWidget();
+        if (!modal || modal->objectName() != name) {
+            qFatal("Expected the modal screen %s", qPrintable(name));
+        }
+        check(modal);
+    });
+}
+
+void writeFile(const QString& path, const QByteArray& bytes)
+{
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(bytes);
+}
+
+struct OpenedUrls
+{
+    QList<QUrl> urls;
+    MainScreen::UrlOpener opener()
+    {
+        return [this](const QUrl& url) {
+            urls.append(url);
+            return true;
+        };
+    }
+};
+
+} // namespace
+
+class TestMainScreen : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        TANDRILL_REQUIRE_ENGINE();
+        m_shared = std::make_unique<TestInstallation>();
+        QVERIFY2(m_shared->isValid(), qPrintable(m_shared->error()));
+        m_sharedScreen = std::make_unique<MainScreen>(m_shared->session());
+    }
+
+    void cleanupTestCase()
+    {
+        m_sharedScreen.reset();
+        m_shared.reset();
+    }
+
+    void everyMenuEntryHasItsNameCaptionAndPlace_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("caption");
+        QTest::addColumn<QString>("menu");
+        const auto row = [](const char* name, const char* caption, const char* menu) {
+            QTest::newRow(name) << QString::fromLatin1(name) << QString::fromLatin1(caption)
+                                << QString::fromLatin1(menu);
+        };
+        row("mnuCompactDB", "Compact And Repair Database", "mnuFile");
+        row("mnuExportXml", "Export To Windows Mobile", "mnuFile");
+        row("mnuImporttXml", "Import From Windows Mobile", "mnuFile");
+        row("mnuSetup", "Setup", "mnuFile");
+        row("munPasswords", "Passwords", "mnuFile");
+        row("mnuChangePassword", "Change Password", "munPasswords");
+        row("mnuusrmanagement", "User Management", "munPasswords");
+        row("mnuUpdateDatabase", "Update Database", "mnuFile");
+        row("mnumakebackup", "Make a BackUp", "mnuFile");
+        row("mnurestorebackup", "Restore a BackUp", "mnuFile");
+        row("mnuExit", "Exit", "mnuFile");
+        row("mnuRecordWork", "Record Work", "mnuWorkOrder");
+        row("mnuPrintWO", "Print W/O", "mnuWorkOrder");
+        row("mnuViewEqipment", "Equipment", "mnuView");
+        row("mnuViewService", "Service", "mnuView");
+        row("mnuViewSupplier", "Supplier", "mnuView");
+        row("mnuViewEmployee", "Employee", "mnuView");
+        row("mnuViewPart", "Parts", "mnuView");
+        row("mnuAddEquipment", "Equipment", "mnuAdd");
+        row("mnuAddService", "Service", "mnuAdd");
+        row("mnuAddSupplier", "Supplier", "mnuAdd");
+        row("mnuAddEmployee", "Employee", "mnuAdd");
+        row("mnuAddPart", "Part", "mnuAdd");
+        row("mnuRecordCount", "Record Count", "mnuEquipment");
+        row("munInspectiondate", "Inspection Date Reading", "mnuEquipment");
+        row("munLicenseDate", "License Renewal Date Reading", "mnuEquipment");
+        row("mnuPrintCount", "Print Count", "mnuEquipment");
+        row("mnuEquipmentReports", "Equipment Reports", "mnuReports");
+        row("mnuEquipmentList", "Equipment List", "mnuEquipmentReports");
+        row("mnuEquipmentDetailList", "Equipment Detail List", "mnuEquipmentReports");
+        row("mnuEquipmentDetails", "Equipment Details", "mnuEquipmentReports");
+        row("mnuEquipmentCrewHistory", "Equipment Crew History", "mnuEquipmentReports");
+        row("mnuExpensesOnEquip", "Expenses On Equipment", "mnuEquipmentReports");
+        row("mnuEquipmentUtilization", "Equipment Utilization", "mnuEquipmentReports");
+        row("mnuEquipmentScanHistory", "Equipment Scan History", "mnuEquipmentReports");
+        row("mnuEquipmentInspectionReport", "Equipment Inspection Report", "mnuEquipmentReports");
+        row("mnuEquipmentLicenseReport", "Equipment License Report", "mnuEquipmentReports");
+        row("mnuWorkorderhistoryReport", "Work Order History", "mnuEquipmentReports");
+        row("mnuServiceReports", "Service Reports", "mnuReports");
+        row("mnuServiceHistory", "Service History $", "mnuServiceReports");
+        row("mnuServiceByUnitno", "Services By Equipment Name", "mnuServiceReports");
+        row("mnuServiceList", "List Of Services", "mnuServiceReports");
+        row("mnuServicesHistoryTimes", "Services History Times", "mnuServiceReports");
+        row("mnuInventoryReports", "Inventory Reports", "mnuReports");
+        row("mnuInventoryReport", "Inventory Report", "mnuInventoryReports");
+        row("mnuInventoryReorder", "Inventory Reorder", "mnuInventoryReports");
+        row("mnuInventoryOrderUpcommingServices", "Inventory Order For Upcomming Services",
+            "mnuInventoryReports");
+        row("mnuInventoryPartUsage", "Inventory Part Usage", "mnuInventoryReports");
+        row("mnuInventoryPartHistory", "Inventory Part History", "mnuInventoryReports");
+        row("mnuErrorReport", "Error Report", "mnuReports");
+        row("mnuCustomReports", "Custom Reports", "mnuReports");
+        row("mnuNewReport", "Create New Report", "mnuCustomReports");
+        row("mnuViewUserReport", "View Custom Report", "mnuCustomReports");
+        row("mnuModifyReport", "Modify Reports", "mnuCustomReports");
+        row("mnuTandrillHelp", "Korvelle Help", "mnuHelp");
+        row("mnuTandrillOnline", "Korvelle Online", "mnuHelp");
+        row("mnuQickStart", "Quick Start Manual", "mnuHelp");
+        row("mnuContactUs", "Contact Us", "mnuHelp");
+        row("mnuCheckForUpdates", "Check For Updates", "mnuHelp");
+        row("mnuAboutTandrill", "About Korvelle", "mnuHelp");
+    }
+
+    void everyMenuEntryHasItsNameCaptionAndPlace()
+    {
+        QFETCH(QString, name);
+        QFETCH(QString, caption);
+        QFETCH(QString, menu);
+        MainScreen& screen = *m_sharedScreen;
+        auto* parentMenu = screen.findChild<QMenu*>(menu);
+        QVERIFY2(parentMenu, qPrintable(menu));
+        QAction* entry = screen.action(name);
+        QVERIFY2(entry, qPrintable(name));
+        QCOMPARE(entry->text(), caption);
+        QVERIFY(parentMenu->actions().contains(entry));
+        if (auto* submenu = screen.findChild<QMenu*>(name)) {
+            QCOMPARE(submenu->menuAction(), entry); // a pure submenu
+        } else {
+            QCOMPARE(screen.findChild<QAction*>(name), entry);
+        }
+    }
+
+    void menuBarHoldsTheSevenMenusInOrder()
+    {
+        TANDRILL_INSTALLATION(t);
+        MainScreen screen(t.session());
+        QStringList titles;
+        for (QAction* menu : screen.menuBar()->actions()) {
+            titles.append(menu->text().remove(u'&'));
+        }
+        QCOMPARE(titles, QStringList({QStringLiteral("File"), QStringLiteral("Work Order"),
+                                      QStringLiteral("View"), QStringLiteral("Add"),
+                                      QStringLiteral("Equipment"), QStringLiteral("Reports"),
+                                      QStringLiteral("Help")}));
+    }
+
+    void titleAndFrameLook()
+    {
+        TANDRILL_INSTALLATION(t);
+        MainScreen screen(t.session());
+        QCOMPARE(screen.objectName(), QStringLiteral("frmMainScreen"));
+        QCOMPARE(screen.windowTitle(), QStringLiteral("Korvelle ") + Version);
+        auto* header = screen.findChild<QWidget*>(QStringLiteral("picHeaderBar"));
+        auto* side = screen.findChild<QWidget*>(QStringLiteral("picSideMenuBar"));
+        QVERIFY(header && side);
+        QCOMPARE(header->palette().color(QPalette::Window), QColor(175, 179, 186));
+        QCOMPARE(side->palette().color(QPalette::Window), QColor(231, 232, 231));
+        QCOMPARE(side->width(), 2180 / 15);
+        QWidget* home = screen.homeWidget();
+        QCOMPARE(home->objectName(), QStringLiteral("pnlOverDueWork"));
+        QVERIFY2(home->findChildren<QWidget*>().isEmpty(), "the home area stays empty");
+    }
+
+    void navigatorCaptions_data()
+    {
+        QTest::addColumn<int>("index");
+        QTest::addColumn<QString>("caption");
+        const char* captions[] = {"Work Orders", "Equipment",      "Services", "Suppliers",
+                                  "Employees",   "Part Inventory", "Reports",  "Help & Support"};
+        for (int i = 0; i < 8; ++i) {
+            QTest::addRow("%d", i) << i << QString::fromLatin1(captions[i]);
+        }
+    }
+
+    void navigatorCaptions()
+    {
+        QFETCH(int, index);
+        QFETCH(QString, caption);
+        MainScreen& screen = *m_sharedScreen;
+        auto* label = screen.findChild<QLabel*>(QStringLiteral("lblQuickMenu_%1").arg(index));
+        QVERIFY(label);
+        QVERIFY(screen.findChild<QLabel*>(QStringLiteral("imgQuickMenu_%1").arg(index)));
+        QCOMPARE(label->text(), caption);
+        QCOMPARE(label->palette().color(QPalette::Active, QPalette::WindowText),
+                 QColor(36, 71, 109));
+    }
+
+    void passwordEntriesFollowTheUser_data()
+    {
+        QTest::addColumn<QString>("user");
+        QTest::addColumn<bool>("passwords");
+        QTest::addColumn<bool>("userManagement");
+        QTest::newRow("logins off") << QString() << false << false;
+        QTest::newRow("CHIEF") << QStringLiteral("CHIEF") << true << true;
+        QTest::newRow("bob") << QStringLiteral("BOB") << true << false;
+        QTest::newRow("chief as typed") << QStringLiteral("Chief") << true << false;
+    }
+
+    void passwordEntriesFollowTheUser()
+    {
+        QFETCH(QString, user);
+        QFETCH(bool, passwords);
+        QFETCH(bool, userManagement);
+        TANDRILL_INSTALLATION(t);
+        t.session().setUserName(user);
+        MainScreen screen(t.session());
+        QCOMPARE(screen.action(QStringLiteral("munPasswords"))->isVisible(), passwords);
+        QCOMPARE(screen.action(QStringLiteral("mnuusrmanagement"))->isVisible(), userManagement);
+        QVERIFY(screen.action(QStringLiteral("mnuChangePassword"))->isVisible());
+    }
+
+    void updateDatabaseOnlyAfterAFailedUpgradeAndOnce_data()
+    {
+        QTest::addColumn<bool>("failed");
+        QTest::newRow("normal start") << false;
+        QTest::newRow("upgrade failed") << true;
+    }
+
+    void updateDatabaseOnlyAfterAFailedUpgradeAndOnce()
+    {
+        QFETCH(bool, failed);
+        TANDRILL_INSTALLATION(t);
+        t.session().setUpdateFailed(failed);
+        MainScreen screen(t.session());
+        QAction* entry = screen.action(QStringLiteral("mnuUpdateDatabase"));
+        QVERIFY2(!entry->isEnabled(), "nothing runs the upgrade yet");
+        int runs = 0;
+        QVERIFY(screen.setHandler(entry->objectName(), [&runs] { ++runs; }));
+        QCOMPARE(entry->isEnabled(), failed);
+        entry->trigger();
+        entry->trigger();
+        QCOMPARE(runs, failed ? 1 : 0);
+        QVERIFY(!entry->isEnabled());
+    }
+
+    void entriesWithoutTheirScreenAreDisabled()
+    {
+        TANDRILL_INSTALLATION(t);
+        t.session().setUserName(QStringLiteral("CHIEF"));
+        MainScreen screen(t.session());
+        int entries = 0;
+        for (QAction* entry : screen.findChildren<QAction*>()) {
+            if (entry->objectName().isEmpty() || entry->menu()) {
+                continue;
+            }
+            ++entries;
+            QCOMPARE(entry->isEnabled(), OwnEntries.contains(entry->objectName()));
+        }
+        QCOMPARE(entries, 55);
+    }
+
+    void webEntriesNeedTheirAddress_data()
+    {
+        QTest::addColumn<QString>("entry");
+        QTest::addColumn<QString>("section");
+        QTest::addColumn<QString>("name");
+        QTest::newRow("online") << QStringLiteral("mnuTandrillOnline") << QStringLiteral("Web")
+                                << QStringLiteral("Site");
+        QTest::newRow("contact") << QStringLiteral("mnuContactUs") << QStringLiteral("Web")
+                                 << QStringLiteral("Contact");
+    }
+
+    void webEntriesNeedTheirAddress()
+    {
+        QFETCH(QString, entry);
+        QFETCH(QString, section);
+        QFETCH(QString, name);
+        TANDRILL_INSTALLATION(t);
+        {
+            MainScreen without(t.session());
+            QVERIFY(!without.action(entry)->isEnabled());
+        }
+        t.session().store().setValue(section, name,
+                                     QStringLiteral("https://korvelle.example/page"));
+        MainScreen screen(t.session());
+        OpenedUrls opened;
+        screen.setUrlOpener(opened.opener());
+        QVERIFY(screen.action(entry)->isEnabled());
+        screen.action(entry)->trigger();
+        QCOMPARE(opened.urls, QList<QUrl>{QUrl(QStringLiteral("https://korvelle.example/page"))});
+    }
+
+    void wiredEntryOpensItsScreen()
+    {
+        TANDRILL_INSTALLATION(t);
+        MainScreen screen(t.session());
+        QStringList opened;
+        QVERIFY(screen.setHandler(QStringLiteral("mnuSetup"),
+                                  [&opened] { opened << QStringLiteral("frmSetup"); }));
+        QVERIFY(screen.action(QStringLiteral("mnuSetup"))->isEnabled());
+        screen.action(QStringLiteral("mnuSetup"))->trigger();
+        QCOMPARE(opened, QStringList{QStringLiteral("frmSetup")});
+
+        QVERIFY2(!screen.setHandler(QStringLiteral("mnuNoSuchEntry"), [] {}), "unknown name");
+        QVERIFY2(!screen.setHandler(QStringLiteral("mnuReports"), [] {}), "a pure submenu");
+        QVERIFY2(!screen.setHandler(QStringLiteral("mnuViewPart"), {}), "no handler");
+        QVERIFY(!screen.action(QStringLiteral("mnuViewPart"))->isEnabled());
+    }
+
+    void missingRightDisablesReportEntriesWhichStayVisible_data()
+    {
+        QTest::addColumn<int>("right");
+        QTest::addColumn<QStringList>("entries");
+        QTest::newRow("EqList") << int(UserRights::EqList)
+                                << QStringList{QStringLiteral("mnuEquipmentList")};
+        QTest::newRow("EqCountSheet")
+            << int(UserRights::EqCountSheet)
+            << QStringList{QStringLiteral("mnuPrintCount"), QStringLiteral("mnuRecordCount")};
+        QTest::newRow("InspDatReading")
+            << int(UserRights::InspDatReading)
+            << QStringList{QStringLiteral("munInspectiondate"),
+                           QStringLiteral("mnuEquipmentInspectionReport")};
+        QTest::newRow("InvOrUpSer")
+            << int(UserRights::InvOrUpSer)
+            << QStringList{QStringLiteral("mnuInventoryOrderUpcommingServices")};
+    }
+
+    void missingRightDisablesReportEntriesWhichStayVisible()
+    {
+        QFETCH(int, right);
+        QFETCH(QStringList, entries);
+        TANDRILL_INSTALLATION(t);
+        t.session().rights().set(UserRights::Right(right), false);
+        MainScreen screen(t.session());
+        for (const QString& name : entries) {
+            QVERIFY(screen.setHandler(name, [] {}));
+            QVERIFY2(!screen.action(name)->isEnabled(), qPrintable(name));
+            QVERIFY2(screen.action(name)->isVisible(), qPrintable(name));
+        }
+        QVERIFY(screen.setHandler(QStringLiteral("mnuEquipmentDetailList"), [] {}));
+        QVERIFY2(screen.action(QStringLiteral("mnuEquipmentDetailList"))->isEnabled(),
+                 "an entry no right guards");
+    }
+
+    void navigatorEntriesActWhenWired()
+    {
+        TANDRILL_INSTALLATION(t);
+        MainScreen screen(t.session());
+        screen.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&screen));
+        const auto label = [&screen](int i) {
+            return screen.findChild<QLabel*>(QStringLiteral("lblQuickMenu_%1").arg(i));
+        };
+        const auto image = [&screen](int i) {
+            return screen.findChild<QLabel*>(QStringLiteral("imgQuickMenu_%1").arg(i));
+        };
+        for (int i = 0; i < 7; ++i) {
+            QVERIFY2(!label(i)->isEnabled(), qPrintable(label(i)->text()));
+        }
+        QVERIFY(label(7)->isEnabled());
+
+        QStringList ran;
+        QVERIFY(screen.setNavigatorHandler(3, [&ran] { ran << QStringLiteral("suppliers"); }));
+        QVERIFY(label(3)->isEnabled() && image(3)->isEnabled());
+        QTest::mouseClick(label(3), Qt::LeftButton);
+        QTest::mouseClick(image(3), Qt::LeftButton);
+        QTest::mouseClick(label(4), Qt::LeftButton);
+        QCOMPARE(ran, QStringList({QStringLiteral("suppliers"), QStringLiteral("suppliers")}));
+
+        for (int index : {-1, 0, 2, 7, 8}) {
+            QVERIFY2(!screen.setNavigatorHandler(index, [] {}), qPrintable(QString::number(index)));
+        }
+    }
+
+    void navigatorWorkOrdersAndServicesFollowTheirMenuEntries_data()
+    {
+        QTest::addColumn<int>("index");
+        QTest::addColumn<QString>("entry");
+        QTest::newRow("Work Orders") << 0 << QStringLiteral("mnuPrintWO");
+        QTest::newRow("Services") << 2 << QStringLiteral("mnuViewService");
+    }
+
+    void navigatorWorkOrdersAndServicesFollowTheirMenuEntries()
+    {
+        QFETCH(int, index);
+        QFETCH(QString, entry);
+        TANDRILL_INSTALLATION(t);
+        MainScreen screen(t.session());
+        screen.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&screen));
+        auto* label = screen.findChild<QLabel*>(QStringLiteral("lblQuickMenu_%1").arg(index));
+        int runs = 0;
+        QVERIFY(screen.setHandler(entry, [&runs] { ++runs; }));
+        QVERIFY(label->isEnabled());
+        QTest::mouseClick(label, Qt::LeftButton);
+        QCOMPARE(runs, 1);
+    }
+
+    void pictureClickClearsTheHighlight()
+    {
+        TANDRILL_INSTALLATION(t);
+        MainScreen screen(t.session());
+        screen.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&screen));
+        QVERIFY(screen.setNavigatorHandler(5, [] {}));
+        auto* label = screen.findChild<QLabel*>(QStringLiteral("lblQuickMenu_5"));
+        auto* image = screen.findChild<QLabel*>(QStringLiteral("imgQuickMenu_5"));
+        QEvent enter(QEvent::Enter);
+        QApplication::sendEvent(label, &enter);
+        QVERIFY(label->font().underline());
+        QTest::mouseClick(image, Qt::LeftButton);
+        QVERIFY(!label->font().underline());
+    }
+
+    void sizeIsKeptPerWorkstationAtClose()
+    {
+        TANDRILL_INSTALLATION(t);
+        {
+            MainScreen screen(t.session());
+            QCOMPARE(screen.size(), QSize(15480 / 15, 11190 / 15));
+            screen.show();
+            screen.resize(1100, 700);
+            QVERIFY(screen.close());
+        }
+        QCOMPARE(Options::option(t.session(), QStringLiteral("frmMainScreenHEIGHT"), true),
+                 QStringLiteral("10500"));
+        QCOMPARE(Options::option(t.session(), QStringLiteral("frmMainScreenWIDTH"), true),
+                 QStringLiteral("16500"));
+        QVERIFY2(Options::option(t.session(), QStringLiteral("frmMainScreenHEIGHT")).isEmpty(),
+                 "not a shared option");
+        {
+            MainScreen again(t.session());
+            QCOMPARE(again.size(), QSize(1100, 700));
+        }
+        Options::setRegistryValue(t.session(), QStringLiteral("GUID"), Options::newGuid());
+        MainScreen otherWorkstation(t.session());
+        QCOMPARE(otherWorkstation.size(), QSize(15480 / 15, 11190 / 15));
+    }
+
+    void exitEndsWithoutKeepingTheSize()
+    {
+        TANDRILL_INSTALLATION(t);
+        MainScreen screen(t.session());
+        screen.show();
+        screen.resize(1100, 700);
+        int exits = 0;
+        screen.setExitHandler([&exits] { ++exits; });
+        screen.action(QStringLiteral("mnuExit"))->trigger();
+        QCOMPARE(exits, 1);
+        QVERIFY(!screen.isVisible());
+        QVERIFY(
+            Options::option(t.session(), QStringLiteral("frmMainScreenHEIGHT"), true).isEmpty());
+    }
+
+    void helpShowsTheManualAndClosesWithTheScreen()
+    {
+        TANDRILL_INSTALLATION(t);
+        MainScreen screen(t.session());
+        screen.show();
+        screen.action(QStringLiteral("mnuTandrillHelp"))->trigger();
+        QCOMPARE(t.prompter().texts(),
+                 QStringList{QStringLiteral("The help file %1 cannot be found.")
+                                 .arg(HelpFiles::manualPath(t.session()))});
+        QVERIFY(!HelpWindow::current());
+
+        writeFile(HelpFiles::manualPath(t.session()),
+                  "<html><body><h1>Korvelle Help</h1><p>The main screen.</p></body></html>");
+        auto* help = screen.findChild<QLabel*>(QStringLiteral("lblQuickMenu_7"));
+        QTest::mouseClick(help, Qt::LeftButton);
+        QPointer<HelpWindow> window = HelpWindow::current();
+        QVERIFY(window && window->isVisible());
+        QVERIFY(window->browser()->toPlainText().contains(QStringLiteral("The main screen.")));
+        QVERIFY(screen.close());
+        QVERIFY(!HelpWindow::current());
+        QTRY_VERIFY(!window);
+    }
+
+    void quickStartOpensThePdfOfTheInstallation()
+    {
+        TANDRILL_INSTALLATION(t);
+        MainScreen screen(t.session());
+        OpenedUrls opened;
+        screen.setUrlOpener(opened.opener());
+        const QString pdf = t.home() + QStringLiteral("/QuickStart.pdf");
+        screen.action(QStringLiteral("mnuQickStart"))->trigger();
+        QVERIFY(opened.urls.isEmpty());
+        QCOMPARE(
+            t.prompter().texts(),
+            QStringList{QStringLiteral("The quick start manual %1 cannot be found.").arg(pdf)});
+
+        writeFile(pdf, "%PDF-1.4\n");
+        screen.action(QStringLiteral("mnuQickStart"))->trigger();
+        QCOMPARE(opened.urls, QList<QUrl>{QUrl::fromLocalFile(pdf)});
+    }
+
+    void bundledHelpIsCopiedOnlyWhereMissing()
+    {
+        TANDRILL_INSTALLATION(t);
+        QTemporaryDir bundle;
+        writeFile(bundle.filePath(QStringLiteral("Korvelle.html")), "<p>manual</p>");
+        writeFile(bundle.filePath(QStringLiteral("QuickStart.pdf")), "%PDF new");
+        const QString pdf = HelpFiles::quickStartPath(t.installation());
+        writeFile(pdf, "%PDF kept");
+        QString error;
+        QVERIFY2(HelpFiles::installMissing(t.session(), bundle.path(), &error), qPrintable(error));
+        QFile manual(HelpFiles::manualPath(t.session()));
+        QVERIFY(manual.open(QIODevice::ReadOnly));
+        QCOMPARE(manual.readAll(), QByteArray("<p>manual</p>"));
+        QFile kept(pdf);
+        QVERIFY(kept.open(QIODevice::ReadOnly));
+        QCOMPARE(kept.readAll(), QByteArray("%PDF kept"));
+
+        QFile::remove(pdf);
+        QVERIFY(
+            !HelpFiles::installMissing(t.session(), t.home() + QStringLiteral("/nowhere"), &error));
+        QVERIFY(error.contains(QStringLiteral("QuickStart.pdf")));
+    }
+
+    void checkForUpdates_data()
+    {
+        QTest::addColumn<int>("status");
+        QTest::addColumn<QByteArray>("document");
+        QTest::addColumn<QString>("message");
+        QTest::addColumn<bool>("opensDownload");
+        const QByteArray newer = "<Korvelle><Version>2.3.0</Version>"
+                                 "<Download>/setup/Korvelle-2.3.0.run</Download></Korvelle>";
+        QTest::newRow("newer") << 200 << newer << QStringLiteral("Korvelle2.3.0 is available.")
+                               << true;
+        QTest::newRow("same") << 200
+                              << QByteArray("<Korvelle><Version>" TANDRILL_VERSION
+                                            "</Version></Korvelle>")
+                              << QStringLiteral("No updates available") << false;
+        QTest::newRow("10.0 is text below 2.2") << 200
+                                                << QByteArray("<Korvelle><Version>10.0</Version>"
+                                                              "<Download>x</Download></Korvelle>")
+                                                << QStringLiteral("No updates available") << false;
+        QTest::newRow("not found") << 404 << QByteArray("gone")
+                                   << QStringLiteral("Cannot check for updates at %1: the server "
+                                                     "answered 404")
+                                   << false;
+        QTest::newRow("no version")
+            << 200 << QByteArray("<Korvelle/>")
+            << QStringLiteral("The update document at %1 names no version.") << false;
+    }
+
+    void checkForUpdates()
+    {
+        QFETCH(int, status);
+        QFETCH(QByteArray, document);
+        QFETCH(QString, message);
+        QFETCH(bool, opensDownload);
+        TANDRILL_INSTALLATION(t);
+        HttpStub server(status, document);
+        t.session().store().setValue(QStringLiteral("Update"), QStringLiteral("URL"),
+                                     server.url().toString());
+        MainScreen screen(t.session());
+        OpenedUrls opened;
+        screen.setUrlOpener(opened.opener());
+        QVERIFY(screen.action(QStringLiteral("mnuCheckForUpdates"))->isEnabled());
+        screen.action(QStringLiteral("mnuCheckForUpdates"))->trigger();
+        QCOMPARE(server.requests(), 1);
+        const QString expected =
+            message.contains(QStringLiteral("%1")) ? message.arg(server.url().toString()) : message;
+        QCOMPARE(t.prompter().texts(), QStringList{expected});
+        if (opensDownload) {
+            QCOMPARE(opened.urls,
+                     QList<QUrl>{server.url(QStringLiteral("/setup/Korvelle-2.3.0.run"))});
+        } else {
+            QVERIFY(opened.urls.isEmpty());
+        }
+    }
+
+    void checkForUpdatesGivesUpOnASilentServer()
+    {
+        TANDRILL_INSTALLATION(t);
+        HttpStub server(200, QByteArray(), true);
+        t.session().store().setValue(QStringLiteral("Update"), QStringLiteral("URL"),
+                                     server.url().toString());
+        MainScreen screen(t.session());
+        screen.setUpdateTimeout(300);
+        screen.action(QStringLiteral("mnuCheckForUpdates"))->trigger();
+        QCOMPARE(t.prompter().shown().size(), 1);
+        QVERIFY2(t.prompter().texts().first().contains(QStringLiteral("no answer within")),
+                 qPrintable(t.prompter().texts().first()));
+        QCOMPARE(t.prompter().shown().first().icon, Prompter::Icon::Exclamation);
+    }
+
+    void checkForUpdatesIsOffWithoutAnAddress()
+    {
+        TANDRILL_INSTALLATION(t);
+        MainScreen screen(t.session());
+        QVERIFY(!screen.action(QStringLiteral("mnuCheckForUpdates"))->isEnabled());
+    }
+
+    void aboutShowsTheVersion()
+    {
+        TANDRILL_INSTALLATION(t);
+        MainScreen screen(t.session());
+        screen.show();
+        QString version;
+        onModal(QStringLiteral("frmAbout"), [&version](QWidget* about) {
+            version = about->findChild<QLabel*>(QStringLiteral("lblVersion"))->text();
+            QTest::mouseClick(about->findChild<QPushButton*>(QStringLiteral("cmdOK")),
+                              Qt::LeftButton);
+        });
+        screen.action(QStringLiteral("mnuAboutTandrill"))->trigger();
+        QCOMPARE(version, QStringLiteral("Version ") + Version);
+    }
+
+    void homeViewTakesThePlaceOfTheEmptyArea()
+    {
+        TANDRILL_INSTALLATION(t);
+        MainScreen screen(t.session());
+        QPointer<QWidget> empty = screen.homeWidget();
+        auto* board = new QLabel(QStringLiteral("board"));
+        board->setObjectName(QStringLiteral("frmOverDueWork"));
+        screen.setHomeWidget(board);
+        QCOMPARE(screen.homeWidget(), board);
+        QCOMPARE(screen.findChild<QLabel*>(QStringLiteral("frmOverDueWork")), board);
+        QTRY_VERIFY(!empty);
+    }
+
+private:
+    // One screen for the checks that only look.
+    std::unique_ptr<TestInstallation> m_shared;
+    std::unique_ptr<MainScreen> m_sharedScreen;
+};
+
+QTEST_MAIN(TestMainScreen)
+#include "tst_mainscreen.moc"
