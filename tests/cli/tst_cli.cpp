@@ -11,6 +11,7 @@
 #include <QFile>
 #include <QProcess>
 #include <QRegularExpression>
+#include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QTest>
 
@@ -393,6 +394,38 @@ private slots:
             }
             QCOMPARE(listing(h.home()), filesBefore);
         }
+    }
+
+    void lockedDataFileIsToldAfterWaiting()
+    {
+        if (TestInstallation::wantsPostgres()) {
+            QSKIP("the data lives on the server");
+        }
+        CliHome h;
+        QVERIFY2(h.isValid(), qPrintable(h.error()));
+        QCOMPARE(h.run(h.initWords({u"--password=x"_s})).code, 0);
+        const QByteArray before = fileBytes(h.dataFile());
+        {
+            // Another program holds the file for itself in the middle of a change.
+            QSqlDatabase other = QSqlDatabase::addDatabase(u"QSQLITE"_s, u"other-program"_s);
+            other.setDatabaseName(h.dataFile());
+            QVERIFY(other.open());
+            QSqlQuery q(other);
+            QVERIFY(q.exec(u"PRAGMA locking_mode=EXCLUSIVE"_s));
+            QVERIFY(q.exec(u"BEGIN EXCLUSIVE"_s));
+            QVERIFY(q.exec(u"INSERT INTO tblCrew (CrewNumber, Description) VALUES (1, 'x')"_s));
+
+            const CliResult r = h.run({u"sql"_s, u"SELECT COUNT(*) FROM tblCrew"_s});
+            QCOMPARE(r.code, 1);
+            QVERIFY(r.out.isEmpty());
+            QVERIFY2(ConnectFailure.match(r.err).hasMatch(), qPrintable(r.err));
+            QVERIFY(r.err.contains(u"locked"_s));
+            QVERIFY(q.exec(u"ROLLBACK"_s));
+            other.close();
+        }
+        QSqlDatabase::removeDatabase(u"other-program"_s);
+        QCOMPARE(fileBytes(h.dataFile()), before);
+        QCOMPARE(sqlValue(h, u"SELECT COUNT(*) AS n FROM tblCrew"_s), u"0"_s);
     }
 
     void serverProblemsAreTold_data()
