@@ -211,9 +211,9 @@ Startup::Outcome Startup::connectToDb()
         reportConnectFailure(error.number, error.text);
         return Outcome::Exit;
     }
-    // With logins on, a start that cannot ask for one ends as a refused login would.
+    // Without a login screen the switch is read and the start goes on with no user.
     if (Options::option(m_session, QStringLiteral("SECURITYONOFF")) == QLatin1String("1") &&
-        (!m_login || !m_login(m_session))) {
+        m_login && !m_login(m_session)) {
         return Outcome::Exit;
     }
     setUserRole();

@@ -22,8 +22,8 @@ public:
 
     /** Starts a program (the installer); replaced in tests. */
     void setProgramLauncher(std::function<bool(const QString&)> launcher);
-    /** Asks for a login when logins are on; false ends the start. Without one, a data
-     *  file with logins on is refused: nobody may pass unasked. */
+    /** Asks for a login when logins are on; false ends the start. Without one the start
+     *  goes on with no user, as with logins off. */
     void setLogin(std::function<bool(Session&)> login);
 
     /** Looks for a newer client in the update folder; Exit once its installer has started.

@@ -446,7 +446,7 @@ private slots:
         QTest::addRow("other text") << u"yes"_s << 1 << true << 0;
         QTest::addRow("on, accepted") << u"1"_s << 1 << true << 1;
         QTest::addRow("on, refused") << u"1"_s << 0 << false << 1;
-        QTest::addRow("on, nobody to ask") << u"1"_s << -1 << false << 0;
+        QTest::addRow("on, no login screen") << u"1"_s << -1 << true << 0;
     }
     void loginIsAskedOnlyWhenLoginsAreOn()
     {
