@@ -1,13 +1,16 @@
 // The desktop program: starts the session in its fixed order, then puts the
 // main screen and the screens of every library together.
 
+#include "ErrorReportSink.h"
 #include "HelpFiles.h"
 #include "MainCommandLine.h"
 #include "MainScreen.h"
 #include "MainScreenshot.h"
 #include "MessageBoxPrompter.h"
+#include "PrintedFailureSink.h"
 #include "ScriptedPrompter.h"
 #include "Session.h"
+#include "SetupScreen.h"
 #include "Startup.h"
 
 #include <QApplication>
@@ -35,9 +38,14 @@ using ScreenCatalogue = QHash<QString, MainScreen::Handler>;
  */
 ScreenCatalogue wireScreens(MainScreen& main, Session& session)
 {
-    Q_UNUSED(main);
-    Q_UNUSED(session);
-    return {};
+    ScreenCatalogue screens;
+    const auto openSetup = [&session, &main] {
+        SetupScreen setup(session, &main);
+        setup.exec();
+    };
+    main.setHandler(QStringLiteral("mnuSetup"), openSetup);
+    screens.insert(QStringLiteral("frmSetup"), openSetup);
+    return screens;
 }
 
 int fail(Prompter& prompter, const QString& text, int exitCode)
@@ -114,6 +122,15 @@ int main(int argc, char* argv[])
                     QStringLiteral("The settings of the installation in %1 cannot be read: %2")
                         .arg(installation.home(), error),
                     StartFailedExitCode);
+    }
+
+    // Failures go to the error report screen, or to stderr where nobody can answer it.
+    PrintedFailureSink printedFailures(session, errors);
+    ErrorReportSink reportedFailures(session);
+    if (headless) {
+        session.setFailureSink(&printedFailures);
+    } else {
+        session.setFailureSink(&reportedFailures);
     }
 
     Startup startup(session);

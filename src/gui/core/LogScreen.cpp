@@ -11,7 +11,7 @@
 LogScreen::LogScreen(Session& session, QWidget* parent) : QDialog(parent), m_session(session)
 {
     setObjectName(QStringLiteral("frmTandrill_Log"));
-    setWindowTitle(QStringLiteral("Tandrill Log"));
+    setWindowTitle(QStringLiteral("Log File"));
     m_text = new QPlainTextEdit(this);
     m_text->setObjectName(QStringLiteral("Text1"));
     m_text->setReadOnly(true);
