@@ -1,7 +1,7 @@
 #pragma once
 
 #include "CliContext.h"
-#include "CliFailureSink.h"
+#include "PrintedFailureSink.h"
 #include "ScriptedPrompter.h"
 #include "Session.h"
 
@@ -30,5 +30,5 @@ private:
     const CliContext& m_context;
     ScriptedPrompter m_prompter;
     Session m_session;
-    CliFailureSink m_failures;
+    PrintedFailureSink m_failures;
 };

@@ -1,15 +1,15 @@
-#include "CliFailureSink.h"
+#include "PrintedFailureSink.h"
 
 #include "ErrorHandler.h"
 
-QString CliFailureSink::line(const Failure& failure)
+QString PrintedFailureSink::line(const Failure& failure)
 {
     return QStringLiteral("Error %1 in %2 (%3): %4")
         .arg(QString::number(failure.number), failure.module, failure.procedure,
              failure.description);
 }
 
-void CliFailureSink::report(const Failure& failure)
+void PrintedFailureSink::report(const Failure& failure)
 {
     m_err << line(failure) << Qt::endl;
     if (!saveErrorList(m_session, failure)) {

@@ -7,13 +7,14 @@
 class Session;
 
 /**
- * Failures of a command line run: printed on the error stream, one line
- * each, and kept in the error list like those of the desktop.
+ * Failures where nobody can answer a screen (the command line, a desktop run
+ * without a display): printed on a stream, one line each, and kept in the
+ * error list like those of the desktop.
  */
-class CliFailureSink : public FailureSink
+class PrintedFailureSink : public FailureSink
 {
 public:
-    CliFailureSink(Session& session, QTextStream& err) : m_session(session), m_err(err) {}
+    PrintedFailureSink(Session& session, QTextStream& err) : m_session(session), m_err(err) {}
 
     void report(const Failure& failure) override;
 

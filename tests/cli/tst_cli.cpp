@@ -1,4 +1,4 @@
-#include "CliFailureSink.h"
+#include "PrintedFailureSink.h"
 #include "CliHome.h"
 #include "PasswordHash.h"
 #include "Sql.h"
@@ -600,7 +600,7 @@ private slots:
         TANDRILL_INSTALLATION(t);
         QString printed;
         QTextStream err(&printed);
-        CliFailureSink sink(t.session(), err);
+        PrintedFailureSink sink(t.session(), err);
         sink.report({u"Equipment"_s, u"AddServiceRecord"_s, 13, u"Type mismatch"_s, 4});
         err.flush();
         QCOMPARE(printed, u"Error 13 in Equipment (AddServiceRecord): Type mismatch\n"_s);
