@@ -39,7 +39,6 @@ class RecordScreen : public QDialog
 
 public:
     enum class Mode { Browse, Add, Modify };
-    enum class Action { Add, Update, Delete };
 
     ~RecordScreen() override;
 
@@ -145,6 +144,8 @@ protected:
     void reportFailure(const QString& procedure, const QString& description);
 
 private:
+    enum class Action { Add, Update, Delete };
+
     void load();
     void unload();
     void beginEdit(Mode mode, const QString& procedure);
