@@ -1,6 +1,7 @@
 // The desktop program: starts the session in its fixed order, then puts the
 // main screen and the screens of every library together.
 
+#include "CrewScreen.h"
 #include "ErrorReportSink.h"
 #include "HelpFiles.h"
 #include "MainCommandLine.h"
@@ -39,10 +40,15 @@ using ScreenCatalogue = QHash<QString, MainScreen::Handler>;
 ScreenCatalogue wireScreens(MainScreen& main, Session& session)
 {
     ScreenCatalogue screens;
-    const auto openSetup = [&session, &main] {
+    const auto openCrew = [&session](QWidget* parent) {
+        CrewScreen::showCrewDetail(session, RecordScreen::Mode::Browse, 0, parent);
+    };
+    const auto openSetup = [&session, &main, openCrew] {
         SetupScreen setup(session, &main);
+        setup.setLookupOpener(QStringLiteral("Crew"), openCrew);
         setup.exec();
     };
+    screens.insert(QStringLiteral("frmCrew"), [openCrew, &main] { openCrew(&main); });
     main.setHandler(QStringLiteral("mnuSetup"), openSetup);
     screens.insert(QStringLiteral("frmSetup"), openSetup);
     return screens;
