@@ -91,6 +91,8 @@ bool openPostgres(const ConnectionSettings& s, const QString& name, DatabaseErro
     db.setDatabaseName(s.databaseName);
     db.setUserName(s.user);
     db.setPassword(s.password);
+    // A server that does not answer must not freeze the program.
+    db.setConnectOptions(QStringLiteral("connect_timeout=10"));
     if (!db.open()) {
         fail(error, numberOf(db.lastError(), CantOpen), db.lastError().text());
         return false;
@@ -126,6 +128,12 @@ ConnectionSettings ConnectionSettings::fromStore(const Store& store,
         s.filePath = installation.dataFile();
         return s;
     }
+    return postgresFromStore(store, section);
+}
+
+ConnectionSettings ConnectionSettings::postgresFromStore(const Store& store, const QString& section)
+{
+    ConnectionSettings s;
     s.engine = SqlDialect::Engine::PostgreSQL;
     s.host = store.value(section, QStringLiteral("Host"));
     const int port = store.value(section, QStringLiteral("Port")).toInt();

@@ -22,6 +22,8 @@ struct ConnectionSettings
 
     /** The store's [Database] section; absent means the embedded file of the installation. */
     static ConnectionSettings fromStore(const Store& store, const Installation& installation);
+    /** A PostgreSQL server named in one section of the store (Host, Port, Name, User, ...). */
+    static ConnectionSettings postgresFromStore(const Store& store, const QString& section);
     void writeTo(Store& store) const;
     QString describe() const;
 };

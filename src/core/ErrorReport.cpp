@@ -5,7 +5,6 @@
 #include "Store.h"
 
 #include <QLocale>
-#include <QRegularExpression>
 #include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QSysInfo>
@@ -69,23 +68,9 @@ QString connectionName()
     return QStringLiteral("tandrill-error-report-") + QUuid::createUuid().toString(QUuid::Id128);
 }
 
-bool validSchemaName(const QString& name)
+bool insertWith(const QSqlDatabase& db, const Details& d)
 {
-    static const QRegularExpression pattern(QStringLiteral("^[A-Za-z_][A-Za-z0-9_]*$"));
-    return pattern.match(name).hasMatch();
-}
-
-bool insertWith(QSqlDatabase& db, const ReportDatabase& database, const Details& d)
-{
-    if (!db.open()) {
-        return false;
-    }
     QSqlQuery q(db);
-    if (!database.schema.isEmpty() &&
-        (!validSchemaName(database.schema) ||
-         !q.exec(QStringLiteral("SET search_path TO ") + database.schema))) {
-        return false;
-    }
     if (!q.prepare(QStringLiteral(
             "INSERT INTO tblError (ErrNumber, ErrDescription, LineNumber, UserMsg, ModuleName, "
             "ProcedureName, UserEmail, Username, APPversion, DBversion, WindowVersion, "
@@ -320,39 +305,29 @@ int MailEndpoint::effectivePort() const
     return 25;
 }
 
-ReportDatabase ReportDatabase::fromStore(const Store& store)
+ConnectionSettings reportDatabase(const Store& store)
 {
-    const QString section = QString::fromLatin1(DatabaseSection);
-    ReportDatabase r;
-    r.host = store.value(section, QStringLiteral("Host"));
-    const int port = store.value(section, QStringLiteral("Port")).toInt();
-    r.port = port > 0 ? port : 5432;
-    r.name = store.value(section, QStringLiteral("Name"));
-    r.user = store.value(section, QStringLiteral("User"));
-    r.password = store.value(section, QStringLiteral("Password"));
-    r.schema = store.value(section, QStringLiteral("Schema"));
-    return r;
+    return ConnectionSettings::postgresFromStore(store, QString::fromLatin1(DatabaseSection));
 }
 
-bool insertRemote(const ReportDatabase& database, const Details& details)
+bool isConfigured(const ConnectionSettings& database)
 {
-    if (!database.isConfigured()) {
+    return database.engine == SqlDialect::Engine::PostgreSQL && !database.host.isEmpty() &&
+           !database.databaseName.isEmpty();
+}
+
+bool insertRemote(const ConnectionSettings& database, const Details& details)
+{
+    if (!isConfigured(database)) {
         return false;
     }
     const QString name = connectionName();
-    bool ok = false;
-    {
-        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QPSQL"), name);
-        db.setHostName(database.host);
-        db.setPort(database.port);
-        db.setDatabaseName(database.name);
-        db.setUserName(database.user);
-        db.setPassword(database.password);
-        db.setConnectOptions(QStringLiteral("connect_timeout=10"));
-        ok = insertWith(db, database, details);
-        db.close();
+    DatabaseError ignored;
+    if (!Database::openForCreate(database, name, &ignored)) {
+        return false;
     }
-    QSqlDatabase::removeDatabase(name);
+    const bool ok = insertWith(QSqlDatabase::database(name, false), details);
+    Database::close(name);
     return ok;
 }
 

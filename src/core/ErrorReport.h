@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Database.h"
+
 #include "Failure.h"
 #include "PlatformInfo.h"
 
@@ -76,19 +78,10 @@ struct MailEndpoint
     int effectivePort() const;
 };
 
-/** The maker's error database, from the store's [ErrorReportDatabase] section (PostgreSQL). */
-struct ReportDatabase
-{
-    QString host;
-    int port = 5432;
-    QString name;
-    QString user;
-    QString password;
-    QString schema; ///< optional schema that holds tblError
-
-    static ReportDatabase fromStore(const Store& store);
-    bool isConfigured() const { return !host.isEmpty() && !name.isEmpty(); }
-};
+/** The maker's error database: the store's [ErrorReportDatabase] section, on PostgreSQL. */
+ConnectionSettings reportDatabase(const Store& store);
+/** True when a server and a database name are set. */
+bool isConfigured(const ConnectionSettings& database);
 
 inline constexpr auto MailSection = "Mail";
 inline constexpr auto DatabaseSection = "ErrorReportDatabase";
@@ -99,7 +92,7 @@ inline constexpr auto Subject = "Error Report";
  * cannot go there is dropped without a word: the mail still goes. True
  * when the row was written. Safe to call from a worker thread.
  */
-bool insertRemote(const ReportDatabase& database, const Details& details);
+bool insertRemote(const ConnectionSettings& database, const Details& details);
 
 /** The whole mail as it goes over the wire: headers and a base64 HTML body. */
 QByteArray mailMessage(const MailEndpoint& endpoint, const Details& details);

@@ -14,7 +14,7 @@ ErrorReportSender::~ErrorReportSender()
 
 void ErrorReportSender::start(const ErrorReport::Details& details,
                               const ErrorReport::MailEndpoint& mail,
-                              const ErrorReport::ReportDatabase& database)
+                              const ConnectionSettings& database)
 {
     if (m_thread) {
         return;

@@ -23,7 +23,7 @@ public:
 
     /** Starts the delivery; ignored while one is under way. */
     void start(const ErrorReport::Details& details, const ErrorReport::MailEndpoint& mail,
-               const ErrorReport::ReportDatabase& database);
+               const ConnectionSettings& database);
     bool isBusy() const { return m_thread != nullptr; }
 
 signals:

@@ -42,7 +42,7 @@ private slots:
         ErrorReportSender sender;
         QSignalSpy finished(&sender, &ErrorReportSender::finished);
         const ErrorReport::Details d = sampleDetails();
-        sender.start(d, endpointFor(sink), ErrorReport::ReportDatabase());
+        sender.start(d, endpointFor(sink), ConnectionSettings());
         QVERIFY(sender.isBusy());
         QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 20000);
         QVERIFY2(finished.at(0).at(0).toBool(), qPrintable(finished.at(0).at(1).toString()));
@@ -68,7 +68,7 @@ private slots:
         sink.refuseRecipients();
         ErrorReportSender sender;
         QSignalSpy finished(&sender, &ErrorReportSender::finished);
-        sender.start(sampleDetails(), endpointFor(sink), ErrorReport::ReportDatabase());
+        sender.start(sampleDetails(), endpointFor(sink), ConnectionSettings());
         QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 20000);
         QVERIFY(!finished.at(0).at(0).toBool());
         QVERIFY(!finished.at(0).at(1).toString().isEmpty());

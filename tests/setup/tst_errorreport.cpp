@@ -208,7 +208,7 @@ private slots:
     {
         Store store;
         QVERIFY(!ErrorReport::MailEndpoint::fromStore(store).isComplete());
-        QVERIFY(!ErrorReport::ReportDatabase::fromStore(store).isConfigured());
+        QVERIFY(!ErrorReport::isConfigured(ErrorReport::reportDatabase(store)));
 
         store.setValue(QStringLiteral("Mail"), QStringLiteral("Server"),
                        QStringLiteral("mx.maker.com"));
@@ -230,8 +230,8 @@ private slots:
                        QStringLiteral("db.maker.com"));
         store.setValue(QStringLiteral("ErrorReportDatabase"), QStringLiteral("Name"),
                        QStringLiteral("errors"));
-        const ErrorReport::ReportDatabase db = ErrorReport::ReportDatabase::fromStore(store);
-        QVERIFY(db.isConfigured());
+        const ConnectionSettings db = ErrorReport::reportDatabase(store);
+        QVERIFY(ErrorReport::isConfigured(db));
         QCOMPARE(db.port, 5432);
     }
 
@@ -272,14 +272,15 @@ private slots:
     void unreachableRemoteTableIsSilent()
     {
         TANDRILL_INSTALLATION(t);
-        ErrorReport::ReportDatabase db;
+        ConnectionSettings db;
+        db.engine = SqlDialect::Engine::PostgreSQL;
         db.host = t.home() + QStringLiteral("/no-such-socket-folder");
-        db.name = QStringLiteral("errors");
+        db.databaseName = QStringLiteral("errors");
         db.port = 1;
         QVERIFY(!ErrorReport::insertRemote(db, sampleDetails()));
         QVERIFY(t.failures().isEmpty());
         QVERIFY(t.prompter().shown().isEmpty());
-        QVERIFY(!ErrorReport::insertRemote(ErrorReport::ReportDatabase(), sampleDetails()));
+        QVERIFY(!ErrorReport::insertRemote(ConnectionSettings(), sampleDetails()));
     }
 
     void remoteTableGetsTheReport()
@@ -311,12 +312,7 @@ private slots:
                     "ErrdateTime TIMESTAMP)")
                     .arg(schema)));
 
-            ErrorReport::ReportDatabase remote;
-            remote.host = server.host;
-            remote.port = server.port;
-            remote.name = server.databaseName;
-            remote.user = server.user;
-            remote.password = server.password;
+            ConnectionSettings remote = server;
             remote.schema = schema;
             const bool inserted = ErrorReport::insertRemote(remote, sampleDetails());
 

@@ -168,7 +168,7 @@ void SendEmailScreen::send()
     m_details = ErrorReport::collect(m_session, m_failure, m_userMessage->toPlainText(),
                                      m_email->text().trimmed());
     m_sender.start(m_details, ErrorReport::MailEndpoint::fromStore(m_session.store()),
-                   ErrorReport::ReportDatabase::fromStore(m_session.store()));
+                   ErrorReport::reportDatabase(m_session.store()));
 }
 
 void SendEmailScreen::onDelivered(bool sent, const QString& /*error*/)
