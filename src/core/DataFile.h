@@ -16,7 +16,8 @@ struct NewInstallation
     QString version;
 };
 
-/** False with a reason when an installation or data file is already there; nothing is changed then. */
+/** False with a reason when an installation or data file is already there; nothing is changed then.
+ */
 bool create(const Installation& installation, const NewInstallation& request, QString* error);
 
 /** Creates every table on an open connection and writes the rows a new data file starts with. */

@@ -20,12 +20,17 @@ QString Installation::resolveHome(const QString& fromCommandLine)
 
 QStringList Installation::folderNames()
 {
-    return {QStringLiteral("Data"),    QStringLiteral("Data/Backup"),
-            QStringLiteral("Reports"), QStringLiteral("Custom Reports"),
+    return {QStringLiteral("Data"),
+            QStringLiteral("Data/Backup"),
+            QStringLiteral("Reports"),
+            QStringLiteral("Custom Reports"),
             QStringLiteral("User Defined Reports"),
-            QStringLiteral("XML_IN"),  QStringLiteral("XML_OUT"),
-            QStringLiteral("Log"),     QStringLiteral("doc"),
-            QStringLiteral("Script"),  QStringLiteral("Lib")};
+            QStringLiteral("XML_IN"),
+            QStringLiteral("XML_OUT"),
+            QStringLiteral("Log"),
+            QStringLiteral("doc"),
+            QStringLiteral("Script"),
+            QStringLiteral("Lib")};
 }
 
 QString Installation::path(const QString& relative) const

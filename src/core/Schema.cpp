@@ -41,8 +41,8 @@ QList<Schema::Column> scheduleColumns()
         c.append({QString::fromLatin1(day), T::Pattern});
     }
     addNamed(c, "DOM", 1, 5, T::Int);
-    for (const char* month : {"Jan", "Feb", "Mar", "Apr", "May", "Jun", "Jul", "Aug", "Sep", "Oct",
-                              "Nov", "Dece"}) {
+    for (const char* month :
+         {"Jan", "Feb", "Mar", "Apr", "May", "Jun", "Jul", "Aug", "Sep", "Oct", "Nov", "Dece"}) {
         c.append({QString::fromLatin1(month), T::Pattern});
     }
     c.append({QStringLiteral("Note"), T::Text});
@@ -135,8 +135,8 @@ QList<Schema::Column> partListColumns(const char* owner)
 
 QList<Schema::Column> serviceUsedColumns()
 {
-    QList<Schema::Column> c = cols(
-        {{"ServiceUsedID", T::AutoKey}, {"EquipmentID", T::Long}, {"ServiceID", T::Long}});
+    QList<Schema::Column> c =
+        cols({{"ServiceUsedID", T::AutoKey}, {"EquipmentID", T::Long}, {"ServiceID", T::Long}});
     c += scheduleColumns();
     c += cols({{"LastDateScheduled", T::Date},
                {"LastDatePerformed", T::Date},
@@ -212,13 +212,34 @@ QList<Schema::Column> userColumns()
 {
     QList<Schema::Column> c =
         cols({{"UserName", T::TextKey}, {"Password", T::Text}, {"EmployeeID", T::Text}});
-    for (const char* right :
-         {"EqAdd",      "EqMod",          "EqDel",       "SerAdd",        "SerMod",
-          "SerDel",     "PaAdd",          "PaMod",       "PaDel",         "EqList",
-          "EqDetail",   "EqCountSheet",   "ExpOnEq",     "EqCrewHistory", "EqUtilization",
-          "EqScanHistory", "InspDatReading", "LicRenDateReading", "WOHistory", "SerList",
-          "SerEqName",  "SerHistory",     "SerHistoryTime", "InvReport",  "InvReorderReport",
-          "InvOrUpSer", "InvPartUsage",   "InvPartHistory"}) {
+    for (const char* right : {"EqAdd",
+                              "EqMod",
+                              "EqDel",
+                              "SerAdd",
+                              "SerMod",
+                              "SerDel",
+                              "PaAdd",
+                              "PaMod",
+                              "PaDel",
+                              "EqList",
+                              "EqDetail",
+                              "EqCountSheet",
+                              "ExpOnEq",
+                              "EqCrewHistory",
+                              "EqUtilization",
+                              "EqScanHistory",
+                              "InspDatReading",
+                              "LicRenDateReading",
+                              "WOHistory",
+                              "SerList",
+                              "SerEqName",
+                              "SerHistory",
+                              "SerHistoryTime",
+                              "InvReport",
+                              "InvReorderReport",
+                              "InvOrUpSer",
+                              "InvPartUsage",
+                              "InvPartHistory"}) {
         c.append({QString::fromLatin1(right), T::Flag});
     }
     return c;
@@ -241,9 +262,8 @@ Schema::Schema()
                                     {"CompletedDate", T::Date}});
     workorder.append({QStringLiteral("WoDate"), T::Date, true});
 
-    QList<Column> crewHistory = cols({{"EquipmentID", T::Long},
-                                      {"CrewNumber", T::Long},
-                                      {"CrewDescription", T::Text}});
+    QList<Column> crewHistory =
+        cols({{"EquipmentID", T::Long}, {"CrewNumber", T::Long}, {"CrewDescription", T::Text}});
     crewHistory.append({QStringLiteral("CrewDate"), T::DateTime, true});
 
     QList<Column> services = cols({{"ServiceID", T::Key}});
@@ -266,9 +286,8 @@ Schema::Schema()
         {QStringLiteral("tblEquipmentDocument"),
          cols({{"EquipmentID", T::Long}, {"DocumentName", T::Text}})},
         {QStringLiteral("tblEquipmentPart"), partListColumns("EquipmentID")},
-        {QStringLiteral("tblEquipmentScan"), cols({{"EquipmentID", T::Long},
-                                                   {"ScanTime", T::DateTime},
-                                                   {"ScanStatus", T::Text}})},
+        {QStringLiteral("tblEquipmentScan"),
+         cols({{"EquipmentID", T::Long}, {"ScanTime", T::DateTime}, {"ScanStatus", T::Text}})},
         {QStringLiteral("tblServices"), services},
         {QStringLiteral("tblServicesPart"), partListColumns("ServiceID")},
         {QStringLiteral("tblServiceUsed"), serviceUsedColumns()},
@@ -324,42 +343,28 @@ Schema::Schema()
                                               {"LicenseNo", T::Text},
                                               {"ContactName", T::Text},
                                               {"Notes", T::Text}})},
-        {QStringLiteral("tblEmployee"), cols({{"EmployeeID", T::TextKey},
-                                              {"FirstName", T::Text},
-                                              {"InitialName", T::Text},
-                                              {"Lastname", T::Text},
-                                              {"BirthDate", T::Date},
-                                              {"Gender", T::Text},
-                                              {"Address", T::Text},
-                                              {"City", T::Text},
-                                              {"State", T::Long},
-                                              {"Country", T::Long},
-                                              {"Zip", T::Text},
-                                              {"Phone", T::Text},
-                                              {"CellPhone", T::Text},
-                                              {"Email", T::Text},
-                                              {"Pager", T::Text},
-                                              {"SS", T::Text},
-                                              {"LicenseNo", T::Text},
-                                              {"Site", T::Long},
-                                              {"Skills", T::Text},
-                                              {"Crew", T::Long},
-                                              {"EmpPosition", T::Long},
-                                              {"LaborCost", T::Double},
-                                              {"LaborRate", T::Double},
-                                              {"Inactive", T::Flag},
+        {QStringLiteral("tblEmployee"), cols({{"EmployeeID", T::TextKey}, {"FirstName", T::Text},
+                                              {"InitialName", T::Text},   {"Lastname", T::Text},
+                                              {"BirthDate", T::Date},     {"Gender", T::Text},
+                                              {"Address", T::Text},       {"City", T::Text},
+                                              {"State", T::Long},         {"Country", T::Long},
+                                              {"Zip", T::Text},           {"Phone", T::Text},
+                                              {"CellPhone", T::Text},     {"Email", T::Text},
+                                              {"Pager", T::Text},         {"SS", T::Text},
+                                              {"LicenseNo", T::Text},     {"Site", T::Long},
+                                              {"Skills", T::Text},        {"Crew", T::Long},
+                                              {"EmpPosition", T::Long},   {"LaborCost", T::Double},
+                                              {"LaborRate", T::Double},   {"Inactive", T::Flag},
                                               {"IncludeWoList", T::Flag}})},
         {QStringLiteral("tblIndicator"), cols({{"ItemID", T::AutoKey},
                                                {"ParentId", T::Long},
                                                {"ItemName", T::Text},
                                                {"Show", T::YesNo},
                                                {"FSize", T::Int}})},
-        {QStringLiteral("tblCrew"), cols({{"CrewID", T::AutoKey},
-                                          {"CrewNumber", T::Long},
-                                          {"Description", T::Text}})},
-        {QStringLiteral("tblCostCenter"), cols({{"CostCenterID", T::AutoKey},
-                                                {"Description", T::Text},
-                                                {"Budget", T::Double}})},
+        {QStringLiteral("tblCrew"),
+         cols({{"CrewID", T::AutoKey}, {"CrewNumber", T::Long}, {"Description", T::Text}})},
+        {QStringLiteral("tblCostCenter"),
+         cols({{"CostCenterID", T::AutoKey}, {"Description", T::Text}, {"Budget", T::Double}})},
         {QStringLiteral("tblSite"), cols({{"SiteID", T::AutoKey},
                                           {"SiteName", T::Text},
                                           {"Address", T::Text},

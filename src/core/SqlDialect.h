@@ -12,12 +12,12 @@ public:
     enum class Engine { SQLite, PostgreSQL };
 
     enum class ColumnType {
-        AutoKey,  ///< whole-number key given by the engine
-        Key,      ///< whole-number key given by the program
-        TextKey,  ///< text key typed by the user
-        Long,     ///< whole number, ids and counts
-        Int,      ///< small whole number, codes and day numbers
-        Double,   ///< money and quantities
+        AutoKey, ///< whole-number key given by the engine
+        Key,     ///< whole-number key given by the program
+        TextKey, ///< text key typed by the user
+        Long,    ///< whole number, ids and counts
+        Int,     ///< small whole number, codes and day numbers
+        Double,  ///< money and quantities
         Text,
         Date,     ///< day only
         DateTime, ///< day and time of day

@@ -44,7 +44,8 @@ QDateTime toDateTime(const QVariant& value)
         return QDateTime(value.toDate(), QTime(0, 0));
     }
     const QString text = value.toString();
-    const QDateTime moment = QDateTime::fromString(text.left(19), QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+    const QDateTime moment =
+        QDateTime::fromString(text.left(19), QStringLiteral("yyyy-MM-dd HH:mm:ss"));
     return moment.isValid() ? moment : QDateTime(toDate(value), QTime(0, 0));
 }
 

@@ -15,9 +15,15 @@ QVariant date(const QDate& day);
 /** A moment for binding, to the second; an invalid one binds as NULL. */
 QVariant dateTime(const QDateTime& moment);
 /** A yes/no value for binding. */
-inline QVariant yesNo(bool on) { return QVariant(int(on ? -1 : 0)); }
+inline QVariant yesNo(bool on)
+{
+    return QVariant(int(on ? -1 : 0));
+}
 /** A text flag for binding. */
-inline QVariant flag(bool on) { return QVariant(on ? QStringLiteral("1") : QStringLiteral("0")); }
+inline QVariant flag(bool on)
+{
+    return QVariant(on ? QStringLiteral("1") : QStringLiteral("0"));
+}
 /** A NULL of text type. */
 QVariant nullText();
 

@@ -8,10 +8,34 @@ class UserRights
 {
 public:
     enum Right {
-        EqAdd, EqMod, EqDel, SerAdd, SerMod, SerDel, PaAdd, PaMod, PaDel, EqList,
-        EqDetail, EqCountSheet, ExpOnEq, EqCrewHistory, EqUtilization, EqScanHistory,
-        InspDatReading, LicRenDateReading, WOHistory, SerList, SerEqName, SerHistory,
-        SerHistoryTime, InvReport, InvReorderReport, InvOrUpSer, InvPartUsage, InvPartHistory,
+        EqAdd,
+        EqMod,
+        EqDel,
+        SerAdd,
+        SerMod,
+        SerDel,
+        PaAdd,
+        PaMod,
+        PaDel,
+        EqList,
+        EqDetail,
+        EqCountSheet,
+        ExpOnEq,
+        EqCrewHistory,
+        EqUtilization,
+        EqScanHistory,
+        InspDatReading,
+        LicRenDateReading,
+        WOHistory,
+        SerList,
+        SerEqName,
+        SerHistory,
+        SerHistoryTime,
+        InvReport,
+        InvReorderReport,
+        InvOrUpSer,
+        InvPartUsage,
+        InvPartHistory,
         Count
     };
 

@@ -1,6 +1,6 @@
-#include "PrintedFailureSink.h"
 #include "CliHome.h"
 #include "PasswordHash.h"
+#include "PrintedFailureSink.h"
 #include "Sql.h"
 #include "SqlValue.h"
 #include "Store.h"

@@ -135,6 +135,7 @@ bool TestInstallation::createPostgresSchema(ConnectionSettings* settings)
 void TestInstallation::dropPostgresSchema()
 {
     QString ignored;
-    adminExec(m_pgSettings, QStringLiteral("DROP SCHEMA ") + m_pgSettings.schema + QStringLiteral(" CASCADE"),
+    adminExec(m_pgSettings,
+              QStringLiteral("DROP SCHEMA ") + m_pgSettings.schema + QStringLiteral(" CASCADE"),
               &ignored);
 }
