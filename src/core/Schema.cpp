@@ -1,5 +1,7 @@
 #include "Schema.h"
 
+#include "UserRights.h"
+
 #include <QSqlError>
 #include <QSqlQuery>
 
@@ -212,35 +214,8 @@ QList<Schema::Column> userColumns()
 {
     QList<Schema::Column> c =
         cols({{"UserName", T::TextKey}, {"Password", T::Text}, {"EmployeeID", T::Text}});
-    for (const char* right : {"EqAdd",
-                              "EqMod",
-                              "EqDel",
-                              "SerAdd",
-                              "SerMod",
-                              "SerDel",
-                              "PaAdd",
-                              "PaMod",
-                              "PaDel",
-                              "EqList",
-                              "EqDetail",
-                              "EqCountSheet",
-                              "ExpOnEq",
-                              "EqCrewHistory",
-                              "EqUtilization",
-                              "EqScanHistory",
-                              "InspDatReading",
-                              "LicRenDateReading",
-                              "WOHistory",
-                              "SerList",
-                              "SerEqName",
-                              "SerHistory",
-                              "SerHistoryTime",
-                              "InvReport",
-                              "InvReorderReport",
-                              "InvOrUpSer",
-                              "InvPartUsage",
-                              "InvPartHistory"}) {
-        c.append({QString::fromLatin1(right), T::Flag});
+    for (int right = 0; right < UserRights::Count; ++right) {
+        c.append({UserRights::columnName(UserRights::Right(right)), T::Flag});
     }
     return c;
 }
