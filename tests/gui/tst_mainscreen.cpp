@@ -3,50 +3,33 @@
 #include "HttpStub.h"
 #include "MainScreen.h"
 #include "Options.h"
+#include "ScreenTest.h"
 #include "TestInstallation.h"
 
 #include <QAction>
-#include <QApplication>
-#include <QDialog>
-#include <QFile>
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
-#include <QPushButton>
-#include <QTest>
 #include <QTextBrowser>
-#include <QTimer>
 #include <memory>
 
 namespace {
 
 const QString Version = QStringLiteral(TANDRILL_VERSION);
 
-/** The entries the program's own screen serves, without any other library. */
-const QStringList OwnEntries = {
-    QStringLiteral("mnuExit"),
-    QStringLiteral("mnuTandrillHelp"),
-    QStringLiteral("mnuQickStart"),
-    QStringLiteral("mnuAboutTandrill"),
-};
-
-/** Runs check inside the next modal dialog, which must be named name. */
-void onModal(const QString& name, std::function<void(QWidget*)> check)
+QString option(TestInstallation& t, const char* name, bool perWorkstation = false)
 {
-    QTimer::singleShot(0, [name, check] {
-        QWidget* modal = QApplication::activeModalWidget();
-        if (!modal || modal->objectName() != name) {
-            qFatal("Expected the modal screen %s", qPrintable(name));
-        }
-        check(modal);
-    });
+    return Options::option(t.session(), QString::fromLatin1(name), perWorkstation);
 }
 
-void writeFile(const QString& path, const QByteArray& bytes)
+/** A caption ("lbl") or picture ("img") of the navigator on the side bar. */
+QLabel* navigatorLabel(const QWidget& screen, const QString& kind, int index)
 {
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
+    auto* label = screen.findChild<QLabel*>(kind + QStringLiteral("QuickMenu_%1").arg(index));
+    if (!label) {
+        qFatal("No %sQuickMenu_%d", qPrintable(kind), index);
+    }
+    return label;
 }
 
 struct OpenedUrls
@@ -173,24 +156,14 @@ private slots:
         }
     }
 
-    void menuBarHoldsTheSevenMenusInOrder()
+    void menuBarAndFrame()
     {
-        TANDRILL_INSTALLATION(t);
-        MainScreen screen(t.session());
+        MainScreen& screen = *m_sharedScreen;
         QStringList titles;
         for (QAction* menu : screen.menuBar()->actions()) {
             titles.append(menu->text().remove(u'&'));
         }
-        QCOMPARE(titles, QStringList({QStringLiteral("File"), QStringLiteral("Work Order"),
-                                      QStringLiteral("View"), QStringLiteral("Add"),
-                                      QStringLiteral("Equipment"), QStringLiteral("Reports"),
-                                      QStringLiteral("Help")}));
-    }
-
-    void titleAndFrameLook()
-    {
-        TANDRILL_INSTALLATION(t);
-        MainScreen screen(t.session());
+        QCOMPARE(titles, split("File|Work Order|View|Add|Equipment|Reports|Help"));
         QCOMPARE(screen.objectName(), QStringLiteral("frmMainScreen"));
         QCOMPARE(screen.windowTitle(), QStringLiteral("Korvelle ") + Version);
         auto* header = screen.findChild<QWidget*>(QStringLiteral("picHeaderBar"));
@@ -202,30 +175,6 @@ private slots:
         QWidget* home = screen.homeWidget();
         QCOMPARE(home->objectName(), QStringLiteral("pnlOverDueWork"));
         QVERIFY2(home->findChildren<QWidget*>().isEmpty(), "the home area stays empty");
-    }
-
-    void navigatorCaptions_data()
-    {
-        QTest::addColumn<int>("index");
-        QTest::addColumn<QString>("caption");
-        const char* captions[] = {"Work Orders", "Equipment",      "Services", "Suppliers",
-                                  "Employees",   "Part Inventory", "Reports",  "Help & Support"};
-        for (int i = 0; i < 8; ++i) {
-            QTest::addRow("%d", i) << i << QString::fromLatin1(captions[i]);
-        }
-    }
-
-    void navigatorCaptions()
-    {
-        QFETCH(int, index);
-        QFETCH(QString, caption);
-        MainScreen& screen = *m_sharedScreen;
-        auto* label = screen.findChild<QLabel*>(QStringLiteral("lblQuickMenu_%1").arg(index));
-        QVERIFY(label);
-        QVERIFY(screen.findChild<QLabel*>(QStringLiteral("imgQuickMenu_%1").arg(index)));
-        QCOMPARE(label->text(), caption);
-        QCOMPARE(label->palette().color(QPalette::Active, QPalette::WindowText),
-                 QColor(36, 71, 109));
     }
 
     void passwordEntriesFollowTheUser_data()
@@ -281,13 +230,14 @@ private slots:
         TANDRILL_INSTALLATION(t);
         t.session().setUserName(QStringLiteral("CHIEF"));
         MainScreen screen(t.session());
+        // The entries the program's own screen serves, without any other library.
+        const QStringList own = split("mnuExit|mnuTandrillHelp|mnuQickStart|mnuAboutTandrill");
         int entries = 0;
         for (QAction* entry : screen.findChildren<QAction*>()) {
-            if (entry->objectName().isEmpty() || entry->menu()) {
-                continue;
+            if (!entry->objectName().isEmpty() && !entry->menu()) {
+                ++entries;
+                QCOMPARE(entry->isEnabled(), own.contains(entry->objectName()));
             }
-            ++entries;
-            QCOMPARE(entry->isEnabled(), OwnEntries.contains(entry->objectName()));
         }
         QCOMPARE(entries, 55);
     }
@@ -295,32 +245,25 @@ private slots:
     void webEntriesNeedTheirAddress_data()
     {
         QTest::addColumn<QString>("entry");
-        QTest::addColumn<QString>("section");
         QTest::addColumn<QString>("name");
-        QTest::newRow("online") << QStringLiteral("mnuTandrillOnline") << QStringLiteral("Web")
-                                << QStringLiteral("Site");
-        QTest::newRow("contact") << QStringLiteral("mnuContactUs") << QStringLiteral("Web")
-                                 << QStringLiteral("Contact");
+        QTest::newRow("online") << QStringLiteral("mnuTandrillOnline") << QStringLiteral("Site");
+        QTest::newRow("contact") << QStringLiteral("mnuContactUs") << QStringLiteral("Contact");
     }
 
     void webEntriesNeedTheirAddress()
     {
         QFETCH(QString, entry);
-        QFETCH(QString, section);
         QFETCH(QString, name);
         TANDRILL_INSTALLATION(t);
-        {
-            MainScreen without(t.session());
-            QVERIFY(!without.action(entry)->isEnabled());
-        }
-        t.session().store().setValue(section, name,
-                                     QStringLiteral("https://korvelle.example/page"));
+        QVERIFY(!MainScreen(t.session()).action(entry)->isEnabled());
+        const QString page = QStringLiteral("https://korvelle.example/page");
+        t.session().store().setValue(QStringLiteral("Web"), name, page);
         MainScreen screen(t.session());
         OpenedUrls opened;
         screen.setUrlOpener(opened.opener());
         QVERIFY(screen.action(entry)->isEnabled());
         screen.action(entry)->trigger();
-        QCOMPARE(opened.urls, QList<QUrl>{QUrl(QStringLiteral("https://korvelle.example/page"))});
+        QCOMPARE(opened.urls, QList<QUrl>{QUrl(page)});
     }
 
     void wiredEntryOpensItsScreen()
@@ -338,34 +281,34 @@ private slots:
         QVERIFY2(!screen.setHandler(QStringLiteral("mnuReports"), [] {}), "a pure submenu");
         QVERIFY2(!screen.setHandler(QStringLiteral("mnuViewPart"), {}), "no handler");
         QVERIFY(!screen.action(QStringLiteral("mnuViewPart"))->isEnabled());
+        // Help is the program's own; work orders and services follow their menu entries.
+        for (int index : {-1, 0, 2, 7, 8}) {
+            QVERIFY2(!screen.setNavigatorHandler(index, [] {}), qPrintable(QString::number(index)));
+        }
     }
 
     void missingRightDisablesReportEntriesWhichStayVisible_data()
     {
         QTest::addColumn<int>("right");
-        QTest::addColumn<QStringList>("entries");
-        QTest::newRow("EqList") << int(UserRights::EqList)
-                                << QStringList{QStringLiteral("mnuEquipmentList")};
+        QTest::addColumn<QString>("entries");
+        QTest::newRow("EqList") << int(UserRights::EqList) << QStringLiteral("mnuEquipmentList");
         QTest::newRow("EqCountSheet")
-            << int(UserRights::EqCountSheet)
-            << QStringList{QStringLiteral("mnuPrintCount"), QStringLiteral("mnuRecordCount")};
+            << int(UserRights::EqCountSheet) << QStringLiteral("mnuPrintCount|mnuRecordCount");
         QTest::newRow("InspDatReading")
             << int(UserRights::InspDatReading)
-            << QStringList{QStringLiteral("munInspectiondate"),
-                           QStringLiteral("mnuEquipmentInspectionReport")};
+            << QStringLiteral("munInspectiondate|mnuEquipmentInspectionReport");
         QTest::newRow("InvOrUpSer")
-            << int(UserRights::InvOrUpSer)
-            << QStringList{QStringLiteral("mnuInventoryOrderUpcommingServices")};
+            << int(UserRights::InvOrUpSer) << QStringLiteral("mnuInventoryOrderUpcommingServices");
     }
 
     void missingRightDisablesReportEntriesWhichStayVisible()
     {
         QFETCH(int, right);
-        QFETCH(QStringList, entries);
+        QFETCH(QString, entries);
         TANDRILL_INSTALLATION(t);
         t.session().rights().set(UserRights::Right(right), false);
         MainScreen screen(t.session());
-        for (const QString& name : entries) {
+        for (const QString& name : entries.split(u'|')) {
             QVERIFY(screen.setHandler(name, [] {}));
             QVERIFY2(!screen.action(name)->isEnabled(), qPrintable(name));
             QVERIFY2(screen.action(name)->isVisible(), qPrintable(name));
@@ -375,99 +318,72 @@ private slots:
                  "an entry no right guards");
     }
 
-    void navigatorEntriesActWhenWired()
-    {
-        TANDRILL_INSTALLATION(t);
-        MainScreen screen(t.session());
-        screen.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&screen));
-        const auto label = [&screen](int i) {
-            return screen.findChild<QLabel*>(QStringLiteral("lblQuickMenu_%1").arg(i));
-        };
-        const auto image = [&screen](int i) {
-            return screen.findChild<QLabel*>(QStringLiteral("imgQuickMenu_%1").arg(i));
-        };
-        for (int i = 0; i < 7; ++i) {
-            QVERIFY2(!label(i)->isEnabled(), qPrintable(label(i)->text()));
-        }
-        QVERIFY(label(7)->isEnabled());
-
-        QStringList ran;
-        QVERIFY(screen.setNavigatorHandler(3, [&ran] { ran << QStringLiteral("suppliers"); }));
-        QVERIFY(label(3)->isEnabled() && image(3)->isEnabled());
-        QTest::mouseClick(label(3), Qt::LeftButton);
-        QTest::mouseClick(image(3), Qt::LeftButton);
-        QTest::mouseClick(label(4), Qt::LeftButton);
-        QCOMPARE(ran, QStringList({QStringLiteral("suppliers"), QStringLiteral("suppliers")}));
-
-        for (int index : {-1, 0, 2, 7, 8}) {
-            QVERIFY2(!screen.setNavigatorHandler(index, [] {}), qPrintable(QString::number(index)));
-        }
-    }
-
-    void navigatorWorkOrdersAndServicesFollowTheirMenuEntries_data()
+    void navigatorEntryActsWhenWired_data()
     {
         QTest::addColumn<int>("index");
-        QTest::addColumn<QString>("entry");
-        QTest::newRow("Work Orders") << 0 << QStringLiteral("mnuPrintWO");
-        QTest::newRow("Services") << 2 << QStringLiteral("mnuViewService");
+        QTest::addColumn<QString>("caption");
+        QTest::addColumn<QString>("entry"); // the menu entry it follows, if any
+        const char* captions[] = {"Work Orders", "Equipment",      "Services", "Suppliers",
+                                  "Employees",   "Part Inventory", "Reports"};
+        for (int i = 0; i < 7; ++i) {
+            QTest::addRow("%s", captions[i]) << i << QString::fromLatin1(captions[i])
+                                             << (i == 0   ? QStringLiteral("mnuPrintWO")
+                                                 : i == 2 ? QStringLiteral("mnuViewService")
+                                                          : QString());
+        }
     }
 
-    void navigatorWorkOrdersAndServicesFollowTheirMenuEntries()
+    void navigatorEntryActsWhenWired()
     {
         QFETCH(int, index);
+        QFETCH(QString, caption);
         QFETCH(QString, entry);
         TANDRILL_INSTALLATION(t);
         MainScreen screen(t.session());
         screen.show();
         QVERIFY(QTest::qWaitForWindowExposed(&screen));
-        auto* label = screen.findChild<QLabel*>(QStringLiteral("lblQuickMenu_%1").arg(index));
-        int runs = 0;
-        QVERIFY(screen.setHandler(entry, [&runs] { ++runs; }));
-        QVERIFY(label->isEnabled());
-        QTest::mouseClick(label, Qt::LeftButton);
-        QCOMPARE(runs, 1);
-    }
+        QLabel* label = navigatorLabel(screen, QStringLiteral("lbl"), index);
+        QLabel* image = navigatorLabel(screen, QStringLiteral("img"), index);
+        QLabel* next = navigatorLabel(screen, QStringLiteral("lbl"), (index + 1) % 7);
+        QCOMPARE(label->text(), caption);
+        QCOMPARE(label->palette().color(QPalette::Active, QPalette::WindowText),
+                 QColor(36, 71, 109));
+        QVERIFY(!label->isEnabled());
 
-    void pictureClickClearsTheHighlight()
-    {
-        TANDRILL_INSTALLATION(t);
-        MainScreen screen(t.session());
-        screen.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&screen));
-        QVERIFY(screen.setNavigatorHandler(5, [] {}));
-        auto* label = screen.findChild<QLabel*>(QStringLiteral("lblQuickMenu_5"));
-        auto* image = screen.findChild<QLabel*>(QStringLiteral("imgQuickMenu_5"));
+        int runs = 0;
+        const auto run = [&runs] { ++runs; };
+        QVERIFY(entry.isEmpty() ? screen.setNavigatorHandler(index, run)
+                                : screen.setHandler(entry, run));
+        QVERIFY(label->isEnabled() && image->isEnabled());
+        QTest::mouseClick(label, Qt::LeftButton);
+        QTest::mouseClick(next, Qt::LeftButton);
+        QCOMPARE(runs, 1);
+        // The picture runs the entry too and clears the highlight the pointer left.
         QEvent enter(QEvent::Enter);
         QApplication::sendEvent(label, &enter);
         QVERIFY(label->font().underline());
         QTest::mouseClick(image, Qt::LeftButton);
         QVERIFY(!label->font().underline());
+        QCOMPARE(runs, 2);
     }
 
     void sizeIsKeptPerWorkstationAtClose()
     {
         TANDRILL_INSTALLATION(t);
+        const QSize initial(15480 / 15, 11190 / 15);
         {
             MainScreen screen(t.session());
-            QCOMPARE(screen.size(), QSize(15480 / 15, 11190 / 15));
+            QCOMPARE(screen.size(), initial);
             screen.show();
             screen.resize(1100, 700);
             QVERIFY(screen.close());
         }
-        QCOMPARE(Options::option(t.session(), QStringLiteral("frmMainScreenHEIGHT"), true),
-                 QStringLiteral("10500"));
-        QCOMPARE(Options::option(t.session(), QStringLiteral("frmMainScreenWIDTH"), true),
-                 QStringLiteral("16500"));
-        QVERIFY2(Options::option(t.session(), QStringLiteral("frmMainScreenHEIGHT")).isEmpty(),
-                 "not a shared option");
-        {
-            MainScreen again(t.session());
-            QCOMPARE(again.size(), QSize(1100, 700));
-        }
+        QCOMPARE(option(t, "frmMainScreenHEIGHT", true), QStringLiteral("10500"));
+        QCOMPARE(option(t, "frmMainScreenWIDTH", true), QStringLiteral("16500"));
+        QVERIFY2(option(t, "frmMainScreenHEIGHT").isEmpty(), "not a shared option");
+        QCOMPARE(MainScreen(t.session()).size(), QSize(1100, 700));
         Options::setRegistryValue(t.session(), QStringLiteral("GUID"), Options::newGuid());
-        MainScreen otherWorkstation(t.session());
-        QCOMPARE(otherWorkstation.size(), QSize(15480 / 15, 11190 / 15));
+        QCOMPARE(MainScreen(t.session()).size(), initial);
     }
 
     void exitEndsWithoutKeepingTheSize()
@@ -481,8 +397,7 @@ private slots:
         screen.action(QStringLiteral("mnuExit"))->trigger();
         QCOMPARE(exits, 1);
         QVERIFY(!screen.isVisible());
-        QVERIFY(
-            Options::option(t.session(), QStringLiteral("frmMainScreenHEIGHT"), true).isEmpty());
+        QVERIFY(option(t, "frmMainScreenHEIGHT", true).isEmpty());
     }
 
     void helpShowsTheManualAndClosesWithTheScreen()
@@ -496,9 +411,11 @@ private slots:
                                  .arg(HelpFiles::manualPath(t.session()))});
         QVERIFY(!HelpWindow::current());
 
-        writeFile(HelpFiles::manualPath(t.session()),
-                  "<html><body><h1>Korvelle Help</h1><p>The main screen.</p></body></html>");
-        auto* help = screen.findChild<QLabel*>(QStringLiteral("lblQuickMenu_7"));
+        QVERIFY(
+            writeFile(HelpFiles::manualPath(t.session()),
+                      "<html><body><h1>Korvelle Help</h1><p>The main screen.</p></body></html>"));
+        QLabel* help = navigatorLabel(screen, QStringLiteral("lbl"), 7);
+        QCOMPARE(help->text(), QStringLiteral("Help & Support"));
         QTest::mouseClick(help, Qt::LeftButton);
         QPointer<HelpWindow> window = HelpWindow::current();
         QVERIFY(window && window->isVisible());
@@ -521,7 +438,7 @@ private slots:
             t.prompter().texts(),
             QStringList{QStringLiteral("The quick start manual %1 cannot be found.").arg(pdf)});
 
-        writeFile(pdf, "%PDF-1.4\n");
+        QVERIFY(writeFile(pdf, "%PDF-1.4\n"));
         screen.action(QStringLiteral("mnuQickStart"))->trigger();
         QCOMPARE(opened.urls, QList<QUrl>{QUrl::fromLocalFile(pdf)});
     }
@@ -530,18 +447,14 @@ private slots:
     {
         TANDRILL_INSTALLATION(t);
         QTemporaryDir bundle;
-        writeFile(bundle.filePath(QStringLiteral("Korvelle.html")), "<p>manual</p>");
-        writeFile(bundle.filePath(QStringLiteral("QuickStart.pdf")), "%PDF new");
         const QString pdf = HelpFiles::quickStartPath(t.installation());
-        writeFile(pdf, "%PDF kept");
+        QVERIFY(writeFile(bundle.filePath(QStringLiteral("Korvelle.html")), "<p>manual</p>") &&
+                writeFile(bundle.filePath(QStringLiteral("QuickStart.pdf")), "%PDF new") &&
+                writeFile(pdf, "%PDF kept"));
         QString error;
         QVERIFY2(HelpFiles::installMissing(t.session(), bundle.path(), &error), qPrintable(error));
-        QFile manual(HelpFiles::manualPath(t.session()));
-        QVERIFY(manual.open(QIODevice::ReadOnly));
-        QCOMPARE(manual.readAll(), QByteArray("<p>manual</p>"));
-        QFile kept(pdf);
-        QVERIFY(kept.open(QIODevice::ReadOnly));
-        QCOMPARE(kept.readAll(), QByteArray("%PDF kept"));
+        QCOMPARE(readFile(HelpFiles::manualPath(t.session())), QByteArray("<p>manual</p>"));
+        QCOMPARE(readFile(pdf), QByteArray("%PDF kept"));
 
         QFile::remove(pdf);
         QVERIFY(
@@ -551,29 +464,30 @@ private slots:
 
     void checkForUpdates_data()
     {
-        QTest::addColumn<int>("status");
+        QTest::addColumn<int>("status"); // 0: the server never answers
         QTest::addColumn<QByteArray>("document");
-        QTest::addColumn<QString>("message");
+        QTest::addColumn<QString>("message"); // %1 is the document's address
+        QTest::addColumn<bool>("warns");
         QTest::addColumn<bool>("opensDownload");
-        const QByteArray newer = "<Korvelle><Version>2.3.0</Version>"
-                                 "<Download>/setup/Korvelle-2.3.0.run</Download></Korvelle>";
-        QTest::newRow("newer") << 200 << newer << QStringLiteral("Korvelle2.3.0 is available.")
-                               << true;
+        QTest::newRow("newer") << 200
+                               << QByteArray("<Korvelle><Version>2.3.0</Version><Download>"
+                                             "/setup/Korvelle-2.3.0.run</Download></Korvelle>")
+                               << QStringLiteral("Korvelle2.3.0 is available.") << false << true;
         QTest::newRow("same") << 200
                               << QByteArray("<Korvelle><Version>" TANDRILL_VERSION
                                             "</Version></Korvelle>")
-                              << QStringLiteral("No updates available") << false;
-        QTest::newRow("10.0 is text below 2.2") << 200
-                                                << QByteArray("<Korvelle><Version>10.0</Version>"
-                                                              "<Download>x</Download></Korvelle>")
-                                                << QStringLiteral("No updates available") << false;
-        QTest::newRow("not found") << 404 << QByteArray("gone")
-                                   << QStringLiteral("Cannot check for updates at %1: the server "
-                                                     "answered 404")
-                                   << false;
+                              << QStringLiteral("No updates available") << false << false;
         QTest::newRow("no version")
             << 200 << QByteArray("<Korvelle/>")
-            << QStringLiteral("The update document at %1 names no version.") << false;
+            << QStringLiteral("The update document at %1 names no version.") << true << false;
+        QTest::newRow("not found")
+            << 404 << QByteArray("gone")
+            << QStringLiteral("Cannot check for updates at %1: the server answered 404") << true
+            << false;
+        QTest::newRow("silent server")
+            << 0 << QByteArray()
+            << QStringLiteral("Cannot check for updates at %1: no answer within 0.3 seconds")
+            << true << false;
     }
 
     void checkForUpdates()
@@ -581,48 +495,29 @@ private slots:
         QFETCH(int, status);
         QFETCH(QByteArray, document);
         QFETCH(QString, message);
+        QFETCH(bool, warns);
         QFETCH(bool, opensDownload);
         TANDRILL_INSTALLATION(t);
-        HttpStub server(status, document);
+        QVERIFY2(!MainScreen(t.session()).action(QStringLiteral("mnuCheckForUpdates"))->isEnabled(),
+                 "no address to ask");
+        HttpStub server(status, document, status == 0);
         t.session().store().setValue(QStringLiteral("Update"), QStringLiteral("URL"),
                                      server.url().toString());
         MainScreen screen(t.session());
+        screen.setUpdateTimeout(300);
         OpenedUrls opened;
         screen.setUrlOpener(opened.opener());
         QVERIFY(screen.action(QStringLiteral("mnuCheckForUpdates"))->isEnabled());
         screen.action(QStringLiteral("mnuCheckForUpdates"))->trigger();
         QCOMPARE(server.requests(), 1);
-        const QString expected =
-            message.contains(QStringLiteral("%1")) ? message.arg(server.url().toString()) : message;
-        QCOMPARE(t.prompter().texts(), QStringList{expected});
-        if (opensDownload) {
-            QCOMPARE(opened.urls,
-                     QList<QUrl>{server.url(QStringLiteral("/setup/Korvelle-2.3.0.run"))});
-        } else {
-            QVERIFY(opened.urls.isEmpty());
-        }
-    }
-
-    void checkForUpdatesGivesUpOnASilentServer()
-    {
-        TANDRILL_INSTALLATION(t);
-        HttpStub server(200, QByteArray(), true);
-        t.session().store().setValue(QStringLiteral("Update"), QStringLiteral("URL"),
-                                     server.url().toString());
-        MainScreen screen(t.session());
-        screen.setUpdateTimeout(300);
-        screen.action(QStringLiteral("mnuCheckForUpdates"))->trigger();
-        QCOMPARE(t.prompter().shown().size(), 1);
-        QVERIFY2(t.prompter().texts().first().contains(QStringLiteral("no answer within")),
-                 qPrintable(t.prompter().texts().first()));
-        QCOMPARE(t.prompter().shown().first().icon, Prompter::Icon::Exclamation);
-    }
-
-    void checkForUpdatesIsOffWithoutAnAddress()
-    {
-        TANDRILL_INSTALLATION(t);
-        MainScreen screen(t.session());
-        QVERIFY(!screen.action(QStringLiteral("mnuCheckForUpdates"))->isEnabled());
+        QCOMPARE(t.prompter().texts(),
+                 QStringList{message.replace(QStringLiteral("%1"), server.url().toString())});
+        QCOMPARE(t.prompter().shown().first().icon,
+                 warns ? Prompter::Icon::Exclamation : Prompter::Icon::Information);
+        QCOMPARE(opened.urls,
+                 opensDownload
+                     ? QList<QUrl>{server.url(QStringLiteral("/setup/Korvelle-2.3.0.run"))}
+                     : QList<QUrl>());
     }
 
     void aboutShowsTheVersion()
@@ -631,10 +526,9 @@ private slots:
         MainScreen screen(t.session());
         screen.show();
         QString version;
-        onModal(QStringLiteral("frmAbout"), [&version](QWidget* about) {
-            version = about->findChild<QLabel*>(QStringLiteral("lblVersion"))->text();
-            QTest::mouseClick(about->findChild<QPushButton*>(QStringLiteral("cmdOK")),
-                              Qt::LeftButton);
+        onModal("frmAbout", [&version](QWidget* about) {
+            version = child<QLabel>(*about, "lblVersion")->text();
+            click(*about, "cmdOK");
         });
         screen.action(QStringLiteral("mnuAboutTandrill"))->trigger();
         QCOMPARE(version, QStringLiteral("Version ") + Version);

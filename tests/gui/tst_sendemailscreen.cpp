@@ -2,22 +2,18 @@
 #include "ErrorHandler.h"
 #include "ErrorReportSink.h"
 #include "Options.h"
+#include "ScreenTest.h"
 #include "SendEmailScreen.h"
 #include "SmtpSink.h"
 #include "Sql.h"
 #include "SqlValue.h"
 #include "TestInstallation.h"
 
-#include <QApplication>
 #include <QLabel>
-#include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QProgressBar>
-#include <QPushButton>
 #include <QSqlQuery>
 #include <QSqlRecord>
-#include <QTest>
-#include <QTimer>
 #include <QUrl>
 #include <QUrlQuery>
 
@@ -30,20 +26,6 @@ Failure apostropheFailure()
 {
     return {QStringLiteral("frmCrew"), QStringLiteral("cmdUpdate_Click"), 3021,
             QStringLiteral("Can't save 'O'Brien''s' crew: \"quoted\" text"), 118};
-}
-
-template <typename T> T* child(QWidget& screen, const char* name)
-{
-    T* widget = screen.findChild<T*>(QString::fromLatin1(name));
-    if (!widget) {
-        qFatal("No widget %s", name);
-    }
-    return widget;
-}
-
-void click(QWidget& screen, const char* button)
-{
-    QTest::mouseClick(child<QPushButton>(screen, button), Qt::LeftButton);
 }
 
 Rows errorList(TestInstallation& t)
@@ -105,48 +87,45 @@ private slots:
         QWidget& w = s.screen;
         QCOMPARE(w.objectName(), QStringLiteral("frmSendEmail"));
         QCOMPARE(w.windowTitle(), QStringLiteral("Error Report"));
-        QCOMPARE(child<QLineEdit>(w, "txtModuleName")->text(), QStringLiteral("frmCrew"));
-        QCOMPARE(child<QLineEdit>(w, "txtProcedure")->text(), QStringLiteral("cmdUpdate_Click"));
-        QCOMPARE(child<QLineEdit>(w, "txtErrorNo")->text(), QStringLiteral("3021"));
-        QCOMPARE(child<QLineEdit>(w, "txtLineNo")->text(), QStringLiteral("118"));
+        QCOMPARE(text(w, "txtModuleName"), QStringLiteral("frmCrew"));
+        QCOMPARE(text(w, "txtProcedure"), QStringLiteral("cmdUpdate_Click"));
+        QCOMPARE(text(w, "txtErrorNo"), QStringLiteral("3021"));
+        QCOMPARE(text(w, "txtLineNo"), QStringLiteral("118"));
+        QCOMPARE(text(w, "txtEmail"), QStringLiteral("office@grounds.com"));
         QCOMPARE(child<QPlainTextEdit>(w, "txtErrorDescription")->toPlainText(),
                  apostropheFailure().description);
-        QVERIFY(child<QLineEdit>(w, "txtLineNo")->isReadOnly());
+        QVERIFY(child(w, "txtLineNo")->isReadOnly());
         QVERIFY(child<QPlainTextEdit>(w, "txtErrorDescription")->isReadOnly());
         QVERIFY(!child<QPlainTextEdit>(w, "txtUserMsg")->isReadOnly());
-        QCOMPARE(child<QLineEdit>(w, "txtEmail")->text(), QStringLiteral("office@grounds.com"));
         QCOMPARE(child<QPushButton>(w, "cmdSend")->text(), QStringLiteral("Send"));
         QCOMPARE(child<QPushButton>(w, "cmdExit")->text(), QStringLiteral("Return"));
         QCOMPARE(child<QLabel>(w, "lblProgress")->text(),
                  QStringLiteral("Sending Error Report....."));
         QVERIFY(child<QLabel>(w, "lblProgress")->isHidden());
         QVERIFY(child<QProgressBar>(w, "ProgressBar1")->isHidden());
-        for (const QString& text :
-             {QStringLiteral("An error has occurred during the process."),
-              QStringLiteral(
-                  "Please send us the error report simply by clicking on the Send button."),
-              QStringLiteral(
-                  "Please enter a description of that steps that produced the error.")}) {
-            bool found = false;
-            for (const QLabel* label : w.findChildren<QLabel*>()) {
-                found = found || label->text() == text;
-            }
-            QVERIFY2(found, qPrintable(text));
+        QStringList captions;
+        for (const QLabel* label : w.findChildren<QLabel*>()) {
+            captions.append(label->text());
+        }
+        for (const char* caption :
+             {"An error has occurred during the process.",
+              "Please send us the error report simply by clicking on the Send button.",
+              "Please enter a description of that steps that produced the error."}) {
+            QVERIFY2(captions.contains(QLatin1String(caption)), caption);
         }
     }
 
     void sendRefusesAMissingOrBadAddress_data()
     {
+        // Every rule of a good address is checked where it is kept; here the screen's answers.
         QTest::addColumn<QString>("email");
         QTest::addColumn<QString>("message");
         const QString missing = QStringLiteral("Please enter your email Address.");
-        const QString invalid =
-            QStringLiteral("Please enter a valid email Address, so that we can get back to you.");
         QTest::addRow("empty") << QString() << missing;
         QTest::addRow("blanks only") << QStringLiteral("   ") << missing;
-        QTest::addRow("seven characters") << QStringLiteral("a@b.com") << invalid;
-        QTest::addRow("two at") << QStringLiteral("pat@x@grounds.com") << invalid;
-        QTest::addRow("one-letter suffix") << QStringLiteral("pat@grounds.c") << invalid;
+        QTest::addRow("bad") << QStringLiteral("pat@x@grounds.com")
+                             << QStringLiteral("Please enter a valid email Address, so that we "
+                                               "can get back to you.");
     }
 
     void sendRefusesAMissingOrBadAddress()
@@ -157,107 +136,113 @@ private slots:
         OpenScreen s(t);
         QWidget& w = s.screen;
         QTest::keyClicks(child<QPlainTextEdit>(w, "txtUserMsg"), QStringLiteral("Saved a crew"));
-        QTest::keyClicks(child<QLineEdit>(w, "txtEmail"), email);
+        QTest::keyClicks(child(w, "txtEmail"), email);
         click(w, "cmdSend");
         QCOMPARE(t.prompter().texts(), QStringList{message});
         QVERIFY(w.isVisible());
         QVERIFY(!s.screen.isSending());
         QVERIFY(child<QProgressBar>(w, "ProgressBar1")->isHidden());
-        QCOMPARE(child<QLineEdit>(w, "txtEmail")->text(), email);
+        QCOMPARE(text(w, "txtEmail"), email);
         QCOMPARE(child<QPlainTextEdit>(w, "txtUserMsg")->toPlainText(),
                  QStringLiteral("Saved a crew"));
         QVERIFY(errorList(t).isEmpty());
         QVERIFY(s.links.isEmpty());
     }
 
-    void returnKeepsOneWholeRow()
+    void leavingKeepsOneWholeRow_data()
     {
+        QTest::addColumn<bool>("closeBox");
+        QTest::newRow("Return") << false;
+        QTest::newRow("close box") << true;
+    }
+
+    void leavingKeepsOneWholeRow()
+    {
+        QFETCH(bool, closeBox);
         TANDRILL_INSTALLATION(t);
         OpenScreen s(t);
         QWidget& w = s.screen;
         QTest::keyClicks(child<QPlainTextEdit>(w, "txtUserMsg"),
                          QStringLiteral("I clicked 'Save'"));
-        QTest::keyClicks(child<QLineEdit>(w, "txtEmail"), QStringLiteral("pat@grounds.com"));
-        click(w, "cmdExit");
+        QTest::keyClicks(child(w, "txtEmail"), QStringLiteral("pat@grounds.com"));
+        if (closeBox) {
+            w.close();
+        } else {
+            click(w, "cmdExit");
+        }
         QVERIFY(!w.isVisible());
 
         const Rows rows = errorList(t);
         QCOMPARE(rows.size(), 1);
-        const QSqlRecord& row = rows.first();
-        QCOMPARE(row.value(QStringLiteral("ErrDescription")).toString(),
-                 apostropheFailure().description);
-        QCOMPARE(row.value(QStringLiteral("ErrNumber")).toLongLong(), 3021);
-        QCOMPARE(row.value(QStringLiteral("LineNumber")).toInt(), 118);
-        QCOMPARE(row.value(QStringLiteral("ModuleName")).toString(), QStringLiteral("frmCrew"));
-        QCOMPARE(row.value(QStringLiteral("ProcedureName")).toString(),
-                 QStringLiteral("cmdUpdate_Click"));
-        QCOMPARE(row.value(QStringLiteral("UserMsg")).toString(),
-                 QStringLiteral("I clicked 'Save'"));
-        QCOMPARE(row.value(QStringLiteral("UserEmail")).toString(),
-                 QStringLiteral("pat@grounds.com"));
-        QCOMPARE(SqlValue::toDateTime(row.value(QStringLiteral("ErrDateTime"))).date(),
-                 QDate(2025, 3, 1));
+        const auto value = [&rows](const char* column) {
+            return rows.first().value(QString::fromLatin1(column));
+        };
+        QCOMPARE(value("ErrDescription").toString(), apostropheFailure().description);
+        QCOMPARE(value("ErrNumber").toLongLong(), 3021);
+        QCOMPARE(value("LineNumber").toInt(), 118);
+        QCOMPARE(value("ModuleName").toString(), QStringLiteral("frmCrew"));
+        QCOMPARE(value("ProcedureName").toString(), QStringLiteral("cmdUpdate_Click"));
+        QCOMPARE(value("UserMsg").toString(), QStringLiteral("I clicked 'Save'"));
+        QCOMPARE(value("UserEmail").toString(), QStringLiteral("pat@grounds.com"));
+        QCOMPARE(SqlValue::toDateTime(value("ErrDateTime")).date(), QDate(2025, 3, 1));
         QCOMPARE(Options::option(t.session(), QStringLiteral("GEN_COMPANY_EMAIL")),
                  QStringLiteral("pat@grounds.com"));
         QVERIFY(s.links.isEmpty());
         QVERIFY(t.prompter().shown().isEmpty());
     }
 
-    void closeBoxKeepsTheReportLikeReturn()
+    void sendGoesByMailOrElseToTheDesktopMailProgram_data()
     {
-        TANDRILL_INSTALLATION(t);
-        OpenScreen s(t);
-        s.screen.close();
-        QVERIFY(!s.screen.isVisible());
-        QCOMPARE(errorList(t).size(), 1);
+        QTest::addColumn<int>("server"); // 0 none, 1 takes the mail, 2 refuses it
+        QTest::newRow("sent") << 1;
+        QTest::newRow("no mail server") << 0;
+        QTest::newRow("mail refused") << 2;
     }
 
-    void sentReportLeavesNoRow()
+    void sendGoesByMailOrElseToTheDesktopMailProgram()
     {
+        QFETCH(int, server);
         TANDRILL_INSTALLATION(t);
         SmtpSink sink;
         QVERIFY(sink.isListening());
-        pointMailAt(t, sink);
+        if (server == 2) {
+            sink.refuseRecipients();
+        }
+        if (server > 0) {
+            pointMailAt(t, sink);
+        }
         OpenScreen s(t);
         QWidget& w = s.screen;
         QTest::keyClicks(child<QPlainTextEdit>(w, "txtUserMsg"), QStringLiteral("Crew screen"));
-        QTest::keyClicks(child<QLineEdit>(w, "txtEmail"), QStringLiteral("pat@grounds.com"));
+        QTest::keyClicks(child(w, "txtEmail"), QStringLiteral("pat@grounds.com"));
         click(w, "cmdSend");
-        QVERIFY(s.screen.isSending());
-        QVERIFY(!child<QPushButton>(w, "cmdExit")->isEnabled());
-        QVERIFY(!child<QLabel>(w, "lblProgress")->isHidden());
-        w.close(); // refused while the report is on its way
-        QVERIFY(w.isVisible());
-
+        if (server > 0) {
+            QVERIFY(s.screen.isSending());
+            QVERIFY(!child<QPushButton>(w, "cmdExit")->isEnabled());
+            QVERIFY(!child<QLabel>(w, "lblProgress")->isHidden());
+            w.close(); // refused while the report is on its way
+            QVERIFY(w.isVisible());
+        }
         QTRY_VERIFY_WITH_TIMEOUT(!w.isVisible(), 20000);
-        QCOMPARE(t.prompter().texts(), QStringList{ThankYou});
-        QVERIFY(errorList(t).isEmpty());
-        QVERIFY(s.links.isEmpty());
-        QCOMPARE(sink.mails().size(), 1);
-        const SmtpSink::Mail& mail = sink.mails().first();
-        QCOMPARE(mail.from, QByteArray("<pat@grounds.com>"));
-        QCOMPARE(mail.recipients, QByteArrayList{QByteArray("<bugs@maker.com>")});
-        const QString body = QString::fromUtf8(mail.decodedBody());
-        QVERIFY(body.contains(QStringLiteral("Product Information")));
-        QVERIFY(body.contains(QStringLiteral("Error Description")));
-        QVERIFY(body.contains(QStringLiteral("Windows Information")));
-        QVERIFY(body.contains(apostropheFailure().description.toHtmlEscaped()));
-        QVERIFY(body.contains(QStringLiteral("<B> User Msg:- </B>Crew screen")));
-    }
 
-    void withoutEndpointsTheDesktopGetsAMailtoLink()
-    {
-        TANDRILL_INSTALLATION(t);
-        OpenScreen s(t);
-        QWidget& w = s.screen;
-        QTest::keyClicks(child<QLineEdit>(w, "txtEmail"), QStringLiteral("pat@grounds.com"));
-        click(w, "cmdSend");
-        QTRY_VERIFY_WITH_TIMEOUT(!w.isVisible(), 20000);
-        QVERIFY(t.prompter().shown().isEmpty());
-        QCOMPARE(errorList(t).size(), 1);
-        QCOMPARE(s.links.size(), 1);
+        const bool sent = server == 1;
+        QCOMPARE(t.prompter().texts(), sent ? QStringList{ThankYou} : QStringList());
+        QCOMPARE(sink.mails().size(), sent ? 1 : 0);
+        QCOMPARE(errorList(t).size(), sent ? 0 : 1);
+        QCOMPARE(s.links.size(), sent ? 0 : 1);
+        if (sent) {
+            const SmtpSink::Mail& mail = sink.mails().first();
+            QCOMPARE(mail.from, QByteArray("<pat@grounds.com>"));
+            QCOMPARE(mail.recipients, QByteArrayList{QByteArray("<bugs@maker.com>")});
+            // The body itself is checked with the report; here what the screen put in.
+            const QString body = QString::fromUtf8(mail.decodedBody());
+            QVERIFY(body.contains(apostropheFailure().description.toHtmlEscaped()));
+            QVERIFY(body.contains(QStringLiteral("<B> User Msg:- </B>Crew screen")));
+            return;
+        }
         const QUrl& link = s.links.first();
         QCOMPARE(link.scheme(), QStringLiteral("mailto"));
+        QCOMPARE(link.path(), server == 2 ? QStringLiteral("bugs@maker.com") : QString());
         const QUrlQuery query(link);
         QCOMPARE(query.queryItemValue(QStringLiteral("Subject"), QUrl::FullyDecoded),
                  QStringLiteral("Error Report"));
@@ -265,22 +250,6 @@ private slots:
         QVERIFY(body.contains(QStringLiteral(" Description:- ") + apostropheFailure().description +
                               u'\n'));
         QVERIFY(body.contains(QStringLiteral(" User Email:-pat@grounds.com\n")));
-    }
-
-    void refusedMailFallsBackToTheLink()
-    {
-        TANDRILL_INSTALLATION(t);
-        SmtpSink sink;
-        sink.refuseRecipients();
-        pointMailAt(t, sink);
-        OpenScreen s(t);
-        QTest::keyClicks(child<QLineEdit>(s.screen, "txtEmail"), QStringLiteral("pat@grounds.com"));
-        click(s.screen, "cmdSend");
-        QTRY_VERIFY_WITH_TIMEOUT(!s.screen.isVisible(), 20000);
-        QCOMPARE(errorList(t).size(), 1);
-        QCOMPARE(s.links.size(), 1);
-        QCOMPARE(s.links.first().path(), QStringLiteral("bugs@maker.com"));
-        QVERIFY(sink.mails().isEmpty());
     }
 
     void sinkShowsTheScreenAndALaterFailureReplacesIt()
@@ -304,8 +273,8 @@ private slots:
                 qFatal("The error report screen is not the modal window");
             }
             secondHandled = errorHandler(t.session(), second);
-            moduleShown = child<QLineEdit>(*screen, "txtModuleName")->text();
-            numberShown = child<QLineEdit>(*screen, "txtErrorNo")->text();
+            moduleShown = text(*screen, "txtModuleName");
+            numberShown = text(*screen, "txtErrorNo");
             click(*screen, "cmdExit");
         });
         QVERIFY(errorHandler(t.session(), apostropheFailure()));
