@@ -88,10 +88,9 @@ private slots:
 
     void unreachableDataEndsTheStartWithItsMessage()
     {
+        // That the data file is left as it was is the start's own test; here the way out.
         TANDRILL_INSTALLATION(t);
         t.session().closeDatabase();
-        const QString dataFile = t.installation().dataFile();
-        const QByteArray damaged(4096, 'x');
         if (TestInstallation::wantsPostgres()) {
             // A server that is not there: nothing listens on this socket folder.
             Store store(t.installation().storeFile());
@@ -99,16 +98,14 @@ private slots:
             store.setValue(QStringLiteral("Database"), QStringLiteral("Host"), t.home());
             QVERIFY(store.save());
         } else {
+            const QString dataFile = t.installation().dataFile();
             QFile::remove(dataFile + QStringLiteral("-wal"));
             QFile::remove(dataFile + QStringLiteral("-shm"));
-            QVERIFY(writeFile(dataFile, damaged));
+            QVERIFY(writeFile(dataFile, QByteArray(4096, 'x')));
         }
         const Run run = runProgram(t.home());
         QVERIFY2(run.ended(1, QStringLiteral("modData_Conntect (ConnectToDB)")),
                  qPrintable(run.errors));
-        if (!TestInstallation::wantsPostgres()) {
-            QCOMPARE(readFile(dataFile), damaged);
-        }
     }
 
     void secondCopyIsRefused()

@@ -21,6 +21,7 @@ struct SeenBox
     QString text;
     QMessageBox::Icon icon = QMessageBox::NoIcon;
     QMessageBox::StandardButtons buttons;
+    QWidget* parent = nullptr;
 };
 
 /** Before a call that shows a message box: looks at it, then presses a button or Escape. */
@@ -31,7 +32,8 @@ void answerBox(SeenBox* seen, QMessageBox::StandardButton press)
         if (!box) {
             qFatal("Expected a message box");
         }
-        *seen = {box->windowTitle(), box->text(), box->icon(), box->standardButtons()};
+        *seen = {box->windowTitle(), box->text(), box->icon(), box->standardButtons(),
+                 box->parentWidget()};
         if (press == QMessageBox::NoButton) {
             QTest::keyClick(box, Qt::Key_Escape);
         } else {
@@ -41,19 +43,17 @@ void answerBox(SeenBox* seen, QMessageBox::StandardButton press)
 }
 
 /**
- * Before a call that shows an input box: notes its texts; with the default
- * selected, clears it or not, types over it, and accepts or cancels.
+ * Before a call that shows an input box: notes its title and default; with
+ * the default selected, clears it or not, types over it, and accepts or cancels.
  */
-void answerInput(QString* seenTitle, QString* seenDefault, bool clear, const QString& typed,
-                 bool accept)
+void answerInput(QStringList* seen, bool clear, const QString& typed, bool accept)
 {
     QTimer::singleShot(0, [=] {
         auto* dialog = qobject_cast<QInputDialog*>(QApplication::activeModalWidget());
         if (!dialog) {
             qFatal("Expected an input box");
         }
-        *seenTitle = dialog->windowTitle();
-        *seenDefault = dialog->textValue();
+        *seen = {dialog->windowTitle(), dialog->textValue()};
         auto* edit = dialog->findChild<QLineEdit*>();
         edit->selectAll();
         if (clear) {
@@ -78,28 +78,28 @@ private slots:
     void buttonPressedIsTheAnswer_data()
     {
         QTest::addColumn<Prompter::Buttons>("buttons");
-        QTest::addColumn<int>("press");
+        QTest::addColumn<int>("press"); // NoButton: Escape
         QTest::addColumn<Prompter::Answer>("answer");
         QTest::addColumn<int>("shown");
         using B = Prompter::Buttons;
         using A = Prompter::Answer;
+        const int ok = QMessageBox::Ok;
         const int yesNo = QMessageBox::Yes | QMessageBox::No;
         const int yesNoCancel = yesNo | QMessageBox::Cancel;
-        QTest::newRow("ok") << B::Ok << int(QMessageBox::Ok) << A::Ok << int(QMessageBox::Ok);
-        QTest::newRow("ok, escape")
-            << B::Ok << int(QMessageBox::NoButton) << A::Ok << int(QMessageBox::Ok);
-        QTest::newRow("yes") << B::YesNo << int(QMessageBox::Yes) << A::Yes << yesNo;
-        QTest::newRow("no") << B::YesNo << int(QMessageBox::No) << A::No << yesNo;
-        QTest::newRow("yes/no, escape is no")
-            << B::YesNo << int(QMessageBox::NoButton) << A::No << yesNo;
-        QTest::newRow("3: yes") << B::YesNoCancel << int(QMessageBox::Yes) << A::Yes << yesNoCancel;
-        QTest::newRow("3: no") << B::YesNoCancel << int(QMessageBox::No) << A::No << yesNoCancel;
-        QTest::newRow("3: cancel")
-            << B::YesNoCancel << int(QMessageBox::Cancel) << A::Cancel << yesNoCancel;
-        QTest::newRow("3: escape is cancel")
-            << B::YesNoCancel << int(QMessageBox::NoButton) << A::Cancel << yesNoCancel;
-        QTest::newRow("ok/cancel: cancel") << B::OkCancel << int(QMessageBox::Cancel) << A::Cancel
-                                           << int(QMessageBox::Ok | QMessageBox::Cancel);
+        const auto row = [](const char* name, B buttons, int press, A answer, int shown) {
+            QTest::newRow(name) << buttons << press << answer << shown;
+        };
+        row("ok", B::Ok, QMessageBox::Ok, A::Ok, ok);
+        row("ok, escape", B::Ok, QMessageBox::NoButton, A::Ok, ok);
+        row("yes", B::YesNo, QMessageBox::Yes, A::Yes, yesNo);
+        row("no", B::YesNo, QMessageBox::No, A::No, yesNo);
+        row("yes/no, escape is no", B::YesNo, QMessageBox::NoButton, A::No, yesNo);
+        row("3: yes", B::YesNoCancel, QMessageBox::Yes, A::Yes, yesNoCancel);
+        row("3: no", B::YesNoCancel, QMessageBox::No, A::No, yesNoCancel);
+        row("3: cancel", B::YesNoCancel, QMessageBox::Cancel, A::Cancel, yesNoCancel);
+        row("3: escape is cancel", B::YesNoCancel, QMessageBox::NoButton, A::Cancel, yesNoCancel);
+        row("ok/cancel: cancel", B::OkCancel, QMessageBox::Cancel, A::Cancel,
+            ok | QMessageBox::Cancel);
     }
 
     void buttonPressedIsTheAnswer()
@@ -111,57 +111,48 @@ private slots:
         MessageBoxPrompter prompter;
         SeenBox seen;
         answerBox(&seen, QMessageBox::StandardButton(press));
-        const Prompter::Answer given =
-            prompter.message(QStringLiteral("Save changes?"), buttons, Prompter::Icon::Question);
-        QCOMPARE(given, answer);
+        QCOMPARE(
+            prompter.message(QStringLiteral("Save changes?"), buttons, Prompter::Icon::Question),
+            answer);
         QCOMPARE(int(seen.buttons), shown);
         QCOMPARE(seen.text, QStringLiteral("Save changes?"));
     }
 
-    void titleAndIcon_data()
+    void titleIconAndParent_data()
     {
         QTest::addColumn<QString>("title");
         QTest::addColumn<Prompter::Icon>("icon");
         QTest::addColumn<QString>("shownTitle");
         QTest::addColumn<int>("shownIcon");
         const QString program = QStringLiteral("Korvelle");
+        using I = Prompter::Icon;
         QTest::newRow("information")
-            << QString() << Prompter::Icon::Information << program << int(QMessageBox::Information);
-        QTest::newRow("question") << QString() << Prompter::Icon::Question << program
+            << QString() << I::Information << program << int(QMessageBox::Information);
+        QTest::newRow("question") << QString() << I::Question << program
                                   << int(QMessageBox::Question);
         QTest::newRow("exclamation")
-            << QString() << Prompter::Icon::Exclamation << program << int(QMessageBox::Warning);
-        QTest::newRow("critical") << QString() << Prompter::Icon::Critical << program
+            << QString() << I::Exclamation << program << int(QMessageBox::Warning);
+        QTest::newRow("critical") << QString() << I::Critical << program
                                   << int(QMessageBox::Critical);
-        QTest::newRow("none, own title") << QStringLiteral("Backup") << Prompter::Icon::None
+        QTest::newRow("none, own title") << QStringLiteral("Backup") << I::None
                                          << QStringLiteral("Backup") << int(QMessageBox::NoIcon);
     }
 
-    void titleAndIcon()
+    void titleIconAndParent()
     {
         QFETCH(QString, title);
         QFETCH(Prompter::Icon, icon);
         QFETCH(QString, shownTitle);
         QFETCH(int, shownIcon);
-        MessageBoxPrompter prompter;
+        QWidget window;
+        window.show();
+        MessageBoxPrompter prompter(&window);
         SeenBox seen;
         answerBox(&seen, QMessageBox::Ok);
         prompter.message(QStringLiteral("Done."), Prompter::Buttons::Ok, icon, title);
         QCOMPARE(seen.title, shownTitle);
         QCOMPARE(int(seen.icon), shownIcon);
-    }
-
-    void informAndAskYesNoGoThroughTheBox()
-    {
-        MessageBoxPrompter prompter;
-        SeenBox seen;
-        answerBox(&seen, QMessageBox::Yes);
-        QVERIFY(prompter.askYesNo(QStringLiteral("Are you sure you want to Delete this record?")));
-        QCOMPARE(seen.icon, QMessageBox::Question);
-        answerBox(&seen, QMessageBox::Ok);
-        prompter.inform(QStringLiteral("No updates available"));
-        QCOMPARE(seen.icon, QMessageBox::Information);
-        QCOMPARE(seen.title, QStringLiteral("Korvelle"));
+        QCOMPARE(seen.parent, &window);
     }
 
     void inputBox_data()
@@ -171,22 +162,20 @@ private slots:
         QTest::addColumn<bool>("clear");
         QTest::addColumn<QString>("typed");
         QTest::addColumn<bool>("accept");
-        QTest::addColumn<QString>("shownTitle");
         QTest::addColumn<std::optional<QString>>("result");
-        const QString program = QStringLiteral("Korvelle");
         using Text = std::optional<QString>;
         QTest::newRow("typed") << QString() << QString() << false << QStringLiteral("Crew 7")
-                               << true << program << Text(QStringLiteral("Crew 7"));
+                               << true << Text(QStringLiteral("Crew 7"));
         QTest::newRow("typed over default")
             << QString() << QStringLiteral("Old") << false << QStringLiteral("New") << true
-            << program << Text(QStringLiteral("New"));
-        QTest::newRow("default kept")
+            << Text(QStringLiteral("New"));
+        QTest::newRow("default kept, own title")
             << QStringLiteral("Rename") << QStringLiteral("Old name") << false << QString() << true
-            << QStringLiteral("Rename") << Text(QStringLiteral("Old name"));
+            << Text(QStringLiteral("Old name"));
         QTest::newRow("cleared") << QString() << QStringLiteral("x") << true << QString() << true
-                                 << program << Text(QString());
+                                 << Text(QString());
         QTest::newRow("cancelled") << QString() << QStringLiteral("x") << false
-                                   << QStringLiteral("typed") << false << program << Text();
+                                   << QStringLiteral("typed") << false << Text();
     }
 
     void inputBox()
@@ -196,35 +185,13 @@ private slots:
         QFETCH(bool, clear);
         QFETCH(QString, typed);
         QFETCH(bool, accept);
-        QFETCH(QString, shownTitle);
         QFETCH(std::optional<QString>, result);
         MessageBoxPrompter prompter;
-        QString seenTitle;
-        QString seenDefault;
-        answerInput(&seenTitle, &seenDefault, clear, typed, accept);
-        const std::optional<QString> given =
-            prompter.input(QStringLiteral("Enter the name"), title, defaultText);
-        QCOMPARE(seenTitle, shownTitle);
-        QCOMPARE(seenDefault, defaultText);
-        QVERIFY(given == result);
-    }
-
-    void boxStandsOverTheGivenParent()
-    {
-        QWidget window;
-        window.show();
-        MessageBoxPrompter prompter(&window);
-        QWidget* parent = nullptr;
-        QTimer::singleShot(0, [&parent] {
-            auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-            if (!box) {
-                qFatal("Expected a message box");
-            }
-            parent = box->parentWidget();
-            box->accept();
-        });
-        prompter.inform(QStringLiteral("Saved."));
-        QCOMPARE(parent, &window);
+        QStringList seen;
+        answerInput(&seen, clear, typed, accept);
+        QVERIFY(prompter.input(QStringLiteral("Enter the name"), title, defaultText) == result);
+        QCOMPARE(seen,
+                 QStringList({title.isEmpty() ? QStringLiteral("Korvelle") : title, defaultText}));
     }
 };
 
