@@ -7,12 +7,12 @@
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QTimer>
+#include <utility>
 
 /**
  * A mail server for tests on 127.0.0.1: it speaks just enough SMTP (greeting,
- * EHLO/HELO, MAIL, RCPT, DATA, QUIT) to take mail and keep it. It refuses
- * more than a few connections and oversized mail, and shuts itself down
- * after its lifetime so a test can never hang on it.
+ * EHLO/HELO, MAIL, RCPT, DATA, QUIT) to take mail and keep it, and shuts
+ * itself down after its lifetime so a test can never hang on it.
  */
 class SmtpSink
 {
@@ -33,7 +33,6 @@ public:
 
     explicit SmtpSink(int lifetimeMs = 30000)
     {
-        m_server.setMaxPendingConnections(MaxConnections);
         m_server.listen(QHostAddress::LocalHost, 0);
         QObject::connect(&m_server, &QTcpServer::newConnection, &m_server, [this] { accept(); });
         m_shutdown.setSingleShot(true);
@@ -48,9 +47,6 @@ public:
     void refuseRecipients() { m_refuseRecipients = true; }
 
 private:
-    static constexpr int MaxConnections = 4;
-    static constexpr qsizetype MaxMailSize = 1 << 20;
-
     struct Conversation
     {
         QByteArray pending;
@@ -61,11 +57,6 @@ private:
     void accept()
     {
         while (QTcpSocket* socket = m_server.nextPendingConnection()) {
-            if (++m_connections > MaxConnections) {
-                socket->abort();
-                socket->deleteLater();
-                continue;
-            }
             socket->setParent(&m_server);
             m_talks.insert(socket, Conversation());
             QObject::connect(socket, &QTcpSocket::readyRead, socket,
@@ -89,32 +80,20 @@ private:
     void read(QTcpSocket* socket, Conversation* talk)
     {
         talk->pending += socket->readAll();
-        if (talk->pending.size() > MaxMailSize) {
-            socket->abort();
-            return;
-        }
         qsizetype end;
         while ((end = talk->pending.indexOf("\r\n")) >= 0) {
             const QByteArray line = talk->pending.left(end);
             talk->pending.remove(0, end + 2);
-            if (talk->inData) {
-                takeDataLine(socket, talk, line);
+            if (talk->inData && line == ".") {
+                talk->inData = false;
+                m_mails.append(std::exchange(talk->mail, Mail()));
+                socket->write("250 queued\r\n");
+            } else if (talk->inData) {
+                talk->mail.data += (line.startsWith("..") ? line.mid(1) : line) + "\r\n";
             } else {
                 answer(socket, talk, line);
             }
         }
-    }
-
-    void takeDataLine(QTcpSocket* socket, Conversation* talk, const QByteArray& line)
-    {
-        if (line == ".") {
-            talk->inData = false;
-            m_mails.append(talk->mail);
-            talk->mail = Mail();
-            socket->write("250 queued\r\n");
-            return;
-        }
-        talk->mail.data += (line.startsWith("..") ? line.mid(1) : line) + "\r\n";
     }
 
     void answer(QTcpSocket* socket, Conversation* talk, const QByteArray& line)
@@ -145,7 +124,6 @@ private:
 
     QHash<QTcpSocket*, Conversation> m_talks;
     QList<Mail> m_mails;
-    int m_connections = 0;
     bool m_refuseRecipients = false;
     // Last, so that sockets closing while the server goes still find their conversation.
     QTimer m_shutdown;

@@ -19,11 +19,11 @@ ErrorReport::Details sampleDetails()
     return d;
 }
 
-ErrorReport::MailEndpoint endpointFor(const SmtpSink& sink)
+ErrorReport::MailEndpoint endpointAt(quint16 port)
 {
     ErrorReport::MailEndpoint mail;
     mail.server = QStringLiteral("127.0.0.1");
-    mail.port = sink.port();
+    mail.port = port;
     mail.recipient = QStringLiteral("bugs@maker.com;dev@maker.com");
     return mail;
 }
@@ -35,60 +35,56 @@ class TestErrorMail : public QObject
     Q_OBJECT
 
 private slots:
+    void mailReachesTheServerWithTheWholeBody_data()
+    {
+        QTest::addColumn<bool>("refused");
+        QTest::newRow("taken") << false;
+        QTest::newRow("recipients refused") << true;
+    }
+
     void mailReachesTheServerWithTheWholeBody()
     {
+        QFETCH(bool, refused);
         SmtpSink sink;
         QVERIFY(sink.isListening());
+        if (refused) {
+            sink.refuseRecipients();
+        }
         ErrorReportSender sender;
         QSignalSpy finished(&sender, &ErrorReportSender::finished);
         const ErrorReport::Details d = sampleDetails();
-        sender.start(d, endpointFor(sink), ConnectionSettings());
+        sender.start(d, endpointAt(sink.port()), ConnectionSettings());
         QVERIFY(sender.isBusy());
         QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 20000);
-        QVERIFY2(finished.at(0).at(0).toBool(), qPrintable(finished.at(0).at(1).toString()));
         QVERIFY(!sender.isBusy());
-
-        QCOMPARE(sink.mails().size(), 1);
+        const QString error = finished.at(0).at(1).toString();
+        QCOMPARE(finished.at(0).at(0).toBool(), !refused);
+        QCOMPARE(error.isEmpty(), !refused);
+        QCOMPARE(sink.mails().size(), refused ? 0 : 1);
+        if (refused) {
+            return;
+        }
         const SmtpSink::Mail& mail = sink.mails().first();
         QCOMPARE(mail.from, QByteArray("<pat@grounds.com>"));
         QCOMPARE(mail.recipients,
                  QByteArrayList({QByteArray("<bugs@maker.com>"), QByteArray("<dev@maker.com>")}));
         QVERIFY(mail.headers().contains("Subject: Error Report"));
-        const QString body = QString::fromUtf8(mail.decodedBody());
-        QCOMPARE(body, ErrorReport::htmlBody(d));
-        QVERIFY(body.contains(QStringLiteral("Product Information")));
-        QVERIFY(body.contains(QStringLiteral("Error Description")));
-        QVERIFY(body.contains(QStringLiteral("Windows Information")));
-        QVERIFY(body.contains(QStringLiteral("O'Neil's order")));
+        QCOMPARE(QString::fromUtf8(mail.decodedBody()), ErrorReport::htmlBody(d));
     }
 
-    void refusedMailIsReportedAsNotSent()
+    void mailWithoutAServerFailsQuickly()
     {
-        SmtpSink sink;
-        sink.refuseRecipients();
-        ErrorReportSender sender;
-        QSignalSpy finished(&sender, &ErrorReportSender::finished);
-        sender.start(sampleDetails(), endpointFor(sink), ConnectionSettings());
-        QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 20000);
-        QVERIFY(!finished.at(0).at(0).toBool());
-        QVERIFY(!finished.at(0).at(1).toString().isEmpty());
-        QVERIFY(sink.mails().isEmpty());
-    }
-
-    void serverThatIsNotThereFailsQuickly()
-    {
+        QString error;
+        QVERIFY(!ErrorReport::sendMail(ErrorReport::MailEndpoint(), sampleDetails(), &error));
+        QVERIFY(!error.isEmpty());
         quint16 port = 0;
         {
-            QTcpServer probe;
+            QTcpServer probe; // nothing listens on its port once it is gone
             QVERIFY(probe.listen(QHostAddress::LocalHost, 0));
             port = probe.serverPort();
         }
-        ErrorReport::MailEndpoint mail;
-        mail.server = QStringLiteral("127.0.0.1");
-        mail.port = port;
-        mail.recipient = QStringLiteral("bugs@maker.com");
-        QString error;
-        QVERIFY(!ErrorReport::sendMail(mail, sampleDetails(), &error));
+        error.clear();
+        QVERIFY(!ErrorReport::sendMail(endpointAt(port), sampleDetails(), &error));
         QVERIFY(!error.isEmpty());
     }
 };
