@@ -11,39 +11,28 @@ namespace {
 qint64 addCrew(Session& session, qint64 number, const QString& description)
 {
     Crew crew{0, number, description};
-    if (!CrewManager(session).saveRecord(crew, true)) {
-        return 0;
-    }
-    return crew.crewId;
+    return CrewManager(session).saveRecord(crew, true) ? crew.crewId : 0;
 }
 
-/** Makes one row of table refer to the crew through column. */
-bool useCrew(Session& session, const QString& table, const QString& column, qint64 crewId)
+/** The crews in the manager's order, as "id number description". */
+QStringList listed(Session& session)
 {
-    QSqlQuery q(session.db());
-    if (table == QLatin1String("tblEmployee")) {
-        return Sql::exec(q,
-                         QStringLiteral("INSERT INTO tblEmployee (EmployeeID, Crew) VALUES (?, ?)"),
-                         {QStringLiteral("E%1").arg(crewId), crewId});
+    QStringList crews;
+    for (const QSqlRecord& row : CrewManager(session).list()) {
+        crews.append(QStringLiteral("%1 %2 %3")
+                         .arg(row.value(QStringLiteral("CrewID")).toString(),
+                              row.value(QStringLiteral("CrewNumber")).toString(),
+                              row.value(QStringLiteral("Description")).toString()));
     }
-    if (table == QLatin1String("tblServices") || table == QLatin1String("tblEquipment")) {
-        const QString key = table == QLatin1String("tblServices") ? QStringLiteral("ServiceID")
-                                                                  : QStringLiteral("EquipmentID");
-        return Sql::exec(
-            q, QStringLiteral("INSERT INTO %1 (%2, %3) VALUES (?, ?)").arg(table, key, column),
-            {crewId * 1000 + 1, crewId});
-    }
-    return Sql::exec(q, QStringLiteral("INSERT INTO %1 (%2) VALUES (?)").arg(table, column),
-                     {crewId});
+    return crews;
 }
 
-qint64 count(const QSqlDatabase& db, const QString& table)
+qint64 crewCount(const QSqlDatabase& db)
 {
     QSqlQuery q(db);
-    if (!Sql::exec(q, QStringLiteral("SELECT COUNT(*) FROM ") + table) || !q.next()) {
-        return -1;
-    }
-    return q.value(0).toLongLong();
+    return Sql::exec(q, QStringLiteral("SELECT COUNT(*) FROM tblCrew")) && q.next()
+               ? q.value(0).toLongLong()
+               : -1;
 }
 
 } // namespace
@@ -58,24 +47,17 @@ private slots:
     void insertGivesKeyAndUpdateChangesOnlyThatCrew()
     {
         TANDRILL_INSTALLATION(t);
-        CrewManager manager(t.session());
         const qint64 first = addCrew(t.session(), 20, QStringLiteral("Mowing"));
         const qint64 second = addCrew(t.session(), 10, QStringLiteral("O'Brien's edging"));
         QVERIFY(first > 0);
         QVERIFY(second > first);
 
         Crew changed{first, 30, QStringLiteral("Mowing north")};
-        QVERIFY(manager.saveRecord(changed, false));
+        QVERIFY(CrewManager(t.session()).saveRecord(changed, false));
         QCOMPARE(changed.crewId, first);
-
-        const Rows rows = manager.list();
-        QCOMPARE(rows.size(), 2);
-        QCOMPARE(rows[0].value(QStringLiteral("CrewID")).toLongLong(), second);
-        QCOMPARE(rows[0].value(QStringLiteral("Description")).toString(),
-                 QStringLiteral("O'Brien's edging"));
-        QCOMPARE(rows[1].value(QStringLiteral("CrewNumber")).toLongLong(), 30);
-        QCOMPARE(rows[1].value(QStringLiteral("Description")).toString(),
-                 QStringLiteral("Mowing north"));
+        QCOMPARE(listed(t.session()),
+                 QStringList({QStringLiteral("%1 10 O'Brien's edging").arg(second),
+                              QStringLiteral("%1 30 Mowing north").arg(first)}));
         QVERIFY(t.failures().isEmpty());
     }
 
@@ -86,62 +68,58 @@ private slots:
             Transaction edit(t.session());
             QVERIFY(edit.ownsTransaction());
             QVERIFY(addCrew(t.session(), 5, QStringLiteral("Trees")) > 0);
-            QCOMPARE(count(t.session().db(), QStringLiteral("tblCrew")), 1);
+            QCOMPARE(crewCount(t.session().db()), 1);
             QVERIFY(t.session().transactionOpen());
             edit.rollback();
         }
-        QCOMPARE(count(t.session().db(), QStringLiteral("tblCrew")), 0);
-        QCOMPARE(count(t.session().db2(), QStringLiteral("tblCrew")), 0);
+        QCOMPARE(crewCount(t.session().db()), 0);
+        QCOMPARE(crewCount(t.session().db2()), 0);
     }
 
     void deleteRemovesOnlyThatCrew()
     {
         TANDRILL_INSTALLATION(t);
         const qint64 keep = addCrew(t.session(), 1, QStringLiteral("Keep"));
-        const qint64 drop = addCrew(t.session(), 2, QStringLiteral("Drop"));
-        QVERIFY(CrewManager(t.session()).deleteRecord(drop));
-        const Rows rows = CrewManager(t.session()).list();
-        QCOMPARE(rows.size(), 1);
-        QCOMPARE(rows[0].value(QStringLiteral("CrewID")).toLongLong(), keep);
+        QVERIFY(
+            CrewManager(t.session()).deleteRecord(addCrew(t.session(), 2, QStringLiteral("Drop"))));
+        QCOMPARE(listed(t.session()), QStringList{QStringLiteral("%1 1 Keep").arg(keep)});
     }
 
     void canDeleteCrewNamesTheFirstUser_data()
     {
-        QTest::addColumn<QStringList>("uses"); // "table.column" entries that refer to the crew
+        // Rows that refer to the crew, '|' between them; ? is the crew's key.
+        QTest::addColumn<QString>("uses");
         QTest::addColumn<QString>("expected");
-        QTest::addRow("unused") << QStringList() << QString();
-        QTest::addRow("master service")
-            << QStringList{QStringLiteral("tblServices.CrewID")} << QStringLiteral("Services");
-        QTest::addRow("service on equipment")
-            << QStringList{QStringLiteral("tblServiceUsed.CrewID")}
-            << QStringLiteral("ServiceUsed");
-        QTest::addRow("employee") << QStringList{QStringLiteral("tblEmployee.Crew")}
-                                  << QStringLiteral("Employee");
-        QTest::addRow("equipment")
-            << QStringList{QStringLiteral("tblEquipment.CrewID")} << QStringLiteral("Equipment");
+        const QString services = QStringLiteral("tblServices (ServiceID, CrewID) VALUES (1, ?)");
+        const QString used = QStringLiteral("tblServiceUsed (CrewID) VALUES (?)");
+        const QString employee = QStringLiteral("tblEmployee (EmployeeID, Crew) VALUES ('E1', ?)");
+        const QString equipment =
+            QStringLiteral("tblEquipment (EquipmentID, CrewID) VALUES (1, ?)");
+        const QString bar = QStringLiteral("|");
+        QTest::addRow("unused") << QString() << QString();
+        QTest::addRow("master service") << services << QStringLiteral("Services");
+        QTest::addRow("service on equipment") << used << QStringLiteral("ServiceUsed");
+        QTest::addRow("employee") << employee << QStringLiteral("Employee");
+        QTest::addRow("equipment") << equipment << QStringLiteral("Equipment");
         QTest::addRow("employee before equipment")
-            << QStringList{QStringLiteral("tblEquipment.CrewID"),
-                           QStringLiteral("tblEmployee.Crew")}
-            << QStringLiteral("Employee");
-        QTest::addRow("services before all") << QStringList{QStringLiteral("tblEquipment.CrewID"),
-                                                            QStringLiteral("tblEmployee.Crew"),
-                                                            QStringLiteral("tblServiceUsed.CrewID"),
-                                                            QStringLiteral("tblServices.CrewID")}
-                                             << QStringLiteral("Services");
+            << equipment + bar + employee << QStringLiteral("Employee");
+        QTest::addRow("services before all")
+            << equipment + bar + employee + bar + used + bar + services
+            << QStringLiteral("Services");
         QTest::addRow("work order lines do not count")
-            << QStringList{QStringLiteral("tblWoServiceUsed.CrewID")} << QString();
+            << QStringLiteral("tblWoServiceUsed (CrewID) VALUES (?)") << QString();
     }
 
     void canDeleteCrewNamesTheFirstUser()
     {
-        QFETCH(QStringList, uses);
+        QFETCH(QString, uses);
         QFETCH(QString, expected);
         TANDRILL_INSTALLATION(t);
         const qint64 crew = addCrew(t.session(), 7, QStringLiteral("Irrigation"));
         const qint64 other = addCrew(t.session(), 8, QStringLiteral("Other"));
-        for (const QString& use : uses) {
-            const QStringList parts = use.split(u'.');
-            QVERIFY2(useCrew(t.session(), parts[0], parts[1], crew), qPrintable(use));
+        QSqlQuery q(t.session().db());
+        for (const QString& use : uses.split(u'|', Qt::SkipEmptyParts)) {
+            QVERIFY2(Sql::exec(q, QStringLiteral("INSERT INTO ") + use, {crew}), qPrintable(use));
         }
         CrewManager manager(t.session());
         QCOMPARE(manager.canDeleteCrew(crew), expected);

@@ -16,6 +16,16 @@ struct Member
     bool onWorkOrderList;
 };
 
+/** A table of estimate lines and its key column. */
+struct Lines
+{
+    const char* table;
+    const char* key;
+};
+const Lines Used{"tblServiceUsed", "ServiceUsedID"};
+const Lines WorkOrder{"tblWoServiceUsed", "NserviceUsedID"};
+const Lines Services{"tblServices", "ServiceID"};
+
 bool addEmployee(Session& session, const QString& id, qint64 crewId, const Member& member)
 {
     QSqlQuery q(session.db());
@@ -34,31 +44,22 @@ bool addCrew(Session& session, qint64 crewId)
         {crewId, crewId * 10, QStringLiteral("Crew")});
 }
 
-/** Adds a row with a labour estimate and a hand-set cost estimate; returns its key. */
-qint64 addLine(Session& session, const QString& table, const QString& key, qint64 crewId,
-               double labour, double cost)
+/** Adds a line with a labour estimate and a hand-set cost estimate; answers its key. */
+qint64 addLine(Session& session, Lines lines, qint64 crewId, double labour, double cost)
 {
     QSqlQuery q(session.db());
-    if (!Sql::exec(q,
-                   QStringLiteral("INSERT INTO %1 (CrewID, LaborEstimate, CostEstimate) "
-                                  "VALUES (?, ?, ?) RETURNING %2")
-                       .arg(table, key),
-                   {crewId, labour, cost}) ||
-        !q.next()) {
-        return 0;
-    }
-    return q.value(0).toLongLong();
+    const QString sql = QStringLiteral("INSERT INTO %1 (CrewID, LaborEstimate, CostEstimate) "
+                                       "VALUES (?, ?, ?) RETURNING %2")
+                            .arg(QLatin1String(lines.table), QLatin1String(lines.key));
+    return Sql::exec(q, sql, {crewId, labour, cost}) && q.next() ? q.value(0).toLongLong() : 0;
 }
 
-double costEstimate(Session& session, const QString& table, const QString& key, qint64 id)
+double costEstimate(Session& session, Lines lines, qint64 id)
 {
     QSqlQuery q(session.db());
-    if (!Sql::exec(q, QStringLiteral("SELECT CostEstimate FROM %1 WHERE %2 = ?").arg(table, key),
-                   {id}) ||
-        !q.next()) {
-        return -1;
-    }
-    return q.value(0).toDouble();
+    const QString sql = QStringLiteral("SELECT CostEstimate FROM %1 WHERE %2 = ?")
+                            .arg(QLatin1String(lines.table), QLatin1String(lines.key));
+    return Sql::exec(q, sql, {id}) && q.next() ? q.value(0).toDouble() : -1;
 }
 
 } // namespace
@@ -76,21 +77,18 @@ private slots:
     {
         QTest::addColumn<QList<Member>>("members");
         QTest::addColumn<double>("expected");
+        const Member counted10{10.0, false, true};
         QTest::addRow("no members") << QList<Member>{} << 0.0;
         QTest::addRow("one member") << QList<Member>{{12.5, false, true}} << 12.5;
-        QTest::addRow("two members")
-            << QList<Member>{{10.0, false, true}, {20.0, false, true}} << 15.0;
-        QTest::addRow("inactive left out")
-            << QList<Member>{{10.0, false, true}, {100.0, true, true}} << 10.0;
+        QTest::addRow("two members") << QList<Member>{counted10, {20.0, false, true}} << 15.0;
+        QTest::addRow("inactive left out") << QList<Member>{counted10, {100.0, true, true}} << 10.0;
         QTest::addRow("off the work order list left out")
-            << QList<Member>{{10.0, false, true}, {100.0, false, false}} << 10.0;
+            << QList<Member>{counted10, {100.0, false, false}} << 10.0;
         QTest::addRow("only members who do not count") << QList<Member>{{30.0, true, false}} << 0.0;
         QTest::addRow("rounded to cents")
-            << QList<Member>{{10.0, false, true}, {10.0, false, true}, {10.01, false, true}}
-            << 10.0;
+            << QList<Member>{counted10, counted10, {10.01, false, true}} << 10.0;
         QTest::addRow("rounded up to cents")
-            << QList<Member>{{10.0, false, true}, {10.02, false, true}, {10.02, false, true}}
-            << 10.01;
+            << QList<Member>{counted10, {10.02, false, true}, {10.02, false, true}} << 10.01;
         QTest::addRow("member without a cost still counts")
             << QList<Member>{{20.0, false, true}, {QVariant(), false, true}} << 10.0;
         QTest::addRow("all without a cost") << QList<Member>{{QVariant(), false, true}} << 0.0;
@@ -101,8 +99,7 @@ private slots:
         QFETCH(QList<Member>, members);
         QFETCH(double, expected);
         TANDRILL_INSTALLATION(t);
-        QVERIFY(addCrew(t.session(), 1));
-        QVERIFY(addCrew(t.session(), 2));
+        QVERIFY(addCrew(t.session(), 1) && addCrew(t.session(), 2));
         QVERIFY(addEmployee(t.session(), QStringLiteral("OTHER"), 2, {99.0, false, true}));
         for (int i = 0; i < members.size(); ++i) {
             QVERIFY(addEmployee(t.session(), QStringLiteral("E%1").arg(i), 1, members[i]));
@@ -115,45 +112,29 @@ private slots:
     {
         TANDRILL_INSTALLATION(t);
         Session& s = t.session();
-        QVERIFY(addCrew(s, 1));
-        QVERIFY(addCrew(s, 2));
+        QVERIFY(addCrew(s, 1) && addCrew(s, 2) && addCrew(s, 3));
         QVERIFY(addEmployee(s, QStringLiteral("A"), 1, {20.0, false, true}));
         QVERIFY(addEmployee(s, QStringLiteral("B"), 1, {30.0, false, true}));
         QVERIFY(addEmployee(s, QStringLiteral("C"), 2, {40.0, false, true}));
-        const QString used = QStringLiteral("tblServiceUsed");
-        const QString usedKey = QStringLiteral("ServiceUsedID");
-        const QString line = QStringLiteral("tblWoServiceUsed");
-        const QString lineKey = QStringLiteral("NserviceUsedID");
-        const qint64 handEdited = addLine(s, used, usedKey, 1, 2.0, 999.0);
-        const qint64 otherCrew = addLine(s, used, usedKey, 2, 2.0, 7.0);
-        const qint64 openLine = addLine(s, line, lineKey, 1, 1.5, 0.0);
+        QVERIFY(addEmployee(s, QStringLiteral("D"), 3, {25.0, true, true}));
+        const qint64 handEdited = addLine(s, Used, 1, 2.0, 999.0);
+        const qint64 otherCrew = addLine(s, Used, 2, 2.0, 7.0);
+        const qint64 openLine = addLine(s, WorkOrder, 1, 1.5, 0.0);
+        const qint64 nobodyCounts = addLine(s, Used, 3, 4.0, 100.0);
         QSqlQuery q(s.db());
-        QVERIFY(Sql::exec(
-            q, QStringLiteral("INSERT INTO tblServices (ServiceID, CrewID, LaborEstimate, "
-                              "CostEstimate) VALUES (1, 1, 2, 5)")));
+        QVERIFY(Sql::exec(q, QStringLiteral("INSERT INTO tblServices (ServiceID, CrewID, "
+                                            "LaborEstimate, CostEstimate) VALUES (1, 1, 2, 5)")));
 
         QVERIFY(LabourCost::changeServiceLabourEstimate(s, 1));
+        QVERIFY(LabourCost::changeServiceLabourEstimate(s, 3));
 
-        QCOMPARE(costEstimate(s, used, usedKey, handEdited), 50.0);
-        QCOMPARE(costEstimate(s, line, lineKey, openLine), 37.5);
-        QCOMPARE(costEstimate(s, used, usedKey, otherCrew), 7.0);
-        QCOMPARE(costEstimate(s, QStringLiteral("tblServices"), QStringLiteral("ServiceID"), 1),
-                 5.0);
+        QCOMPARE(costEstimate(s, Used, handEdited), 50.0);
+        QCOMPARE(costEstimate(s, WorkOrder, openLine), 37.5);
+        QCOMPARE(costEstimate(s, Used, otherCrew), 7.0);
+        QCOMPARE(costEstimate(s, Services, 1), 5.0); // the master service keeps its own
+        QCOMPARE(costEstimate(s, Used, nobodyCounts), 0.0);
         QVERIFY(!s.transactionOpen());
         QVERIFY(t.failures().isEmpty());
-    }
-
-    void crewWithoutCountingMembersZeroesItsEstimates()
-    {
-        TANDRILL_INSTALLATION(t);
-        QVERIFY(addCrew(t.session(), 3));
-        QVERIFY(addEmployee(t.session(), QStringLiteral("A"), 3, {25.0, true, true}));
-        const qint64 id = addLine(t.session(), QStringLiteral("tblServiceUsed"),
-                                  QStringLiteral("ServiceUsedID"), 3, 4.0, 100.0);
-        QVERIFY(LabourCost::changeServiceLabourEstimate(t.session(), 3));
-        QCOMPARE(costEstimate(t.session(), QStringLiteral("tblServiceUsed"),
-                              QStringLiteral("ServiceUsedID"), id),
-                 0.0);
     }
 
     void changeInsideAnOpenTransactionGoesWithIt()
@@ -162,17 +143,14 @@ private slots:
         Session& s = t.session();
         QVERIFY(addCrew(s, 1));
         QVERIFY(addEmployee(s, QStringLiteral("A"), 1, {10.0, false, true}));
-        const qint64 id = addLine(s, QStringLiteral("tblServiceUsed"),
-                                  QStringLiteral("ServiceUsedID"), 1, 3.0, 1.0);
+        const qint64 id = addLine(s, Used, 1, 3.0, 1.0);
         {
             Transaction edit(s);
             QVERIFY(LabourCost::changeServiceLabourEstimate(s, 1));
             QVERIFY(s.transactionOpen());
             edit.rollback();
         }
-        QCOMPARE(
-            costEstimate(s, QStringLiteral("tblServiceUsed"), QStringLiteral("ServiceUsedID"), id),
-            1.0);
+        QCOMPARE(costEstimate(s, Used, id), 1.0);
     }
 
     void failureIsReportedAndLeavesNoTransaction()
@@ -181,17 +159,14 @@ private slots:
         QSqlQuery q(t.session().db());
         QVERIFY(Sql::exec(q, QStringLiteral("DROP TABLE tblWoServiceUsed")));
         QVERIFY(addCrew(t.session(), 1));
-        const qint64 id = addLine(t.session(), QStringLiteral("tblServiceUsed"),
-                                  QStringLiteral("ServiceUsedID"), 1, 3.0, 1.0);
+        const qint64 id = addLine(t.session(), Used, 1, 3.0, 1.0);
         QVERIFY(!LabourCost::changeServiceLabourEstimate(t.session(), 1));
         QCOMPARE(t.failures().failures().size(), 1);
         QCOMPARE(t.failures().failures()[0].procedure,
                  QStringLiteral("ChangeServiceLabourEstimate"));
         QVERIFY(!t.session().transactionOpen());
         // Both tables change together or neither does.
-        QCOMPARE(costEstimate(t.session(), QStringLiteral("tblServiceUsed"),
-                              QStringLiteral("ServiceUsedID"), id),
-                 1.0);
+        QCOMPARE(costEstimate(t.session(), Used, id), 1.0);
     }
 };
 
