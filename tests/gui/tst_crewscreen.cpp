@@ -188,7 +188,6 @@ private slots:
         row("next at the end", "cmdLast|cmdNext", "B|30|Trees", lastRecord);
         row("previous at the start", "cmdPrevious", "B|10|Mowing", lastRecord);
         row("first", "cmdLast|cmdPrevious|cmdFirst", "B|10|Mowing");
-        row("click in the grid", "row:2", "B|30|Trees");
         row("browsing never modifies", "cmdNext|cmdNext|row:0|cmdLast|cmdFirst|row:1",
             "B|20|Edging");
         row("delete answered No", "No|cmdDelete", "B|10|Mowing", deleteQuestion);
@@ -299,66 +298,60 @@ private slots:
         QVERIFY(!t.session().transactionOpen());
     }
 
-    void placeSizeAndGridLayoutComeBack()
+    void placeSizeAndGridLayoutComeBackPerWorkstation()
     {
         TANDRILL_INSTALLATION(t);
         seedCrews(t.session());
         const int number = 1;
         const int description = 2;
+        const QString firstStation = Options::registryValue(t.session(), QStringLiteral("GUID"));
+        const auto open = [&t] {
+            auto screen = std::make_unique<CrewScreen>(t.session());
+            screen->show();
+            return screen;
+        };
+        const auto place = [](const QWidget& w) { return QRect(w.pos(), w.size()); };
         {
-            CrewScreen screen(t.session());
-            screen.show();
-            QCOMPARE(screen.pos(), QPoint(145, 97)); // beside the side bar, below the board
-            screen.move(300, 200);
-            screen.resize(640, 380);
-            QHeaderView* h = header(screen);
+            const auto screen = open(); // beside the side bar, below the board
+            QCOMPARE(place(*screen), QRect(145, 97, 495, 254));
+            screen->move(300, 200);
+            screen->resize(640, 380);
+            QHeaderView* h = header(*screen);
             h->moveSection(h->visualIndex(description), h->visualIndex(number));
             h->resizeSection(description, 173);
             // Sort by description with a click on its header: Edging, Mowing, Trees.
             QTest::mouseClick(h->viewport(), Qt::LeftButton, {},
                               QPoint(h->sectionViewportPosition(description) + 5, 5));
-            QCOMPARE(child<RecordGrid>(screen, "grdCrew")
-                         ->record(0)
-                         .value(QStringLiteral("Description"))
-                         .toString(),
-                     QStringLiteral("Edging"));
-            click(screen, "cmdExit");
+            QCOMPARE(child<RecordGrid>(*screen, "grdCrew")->record(0).value(description),
+                     QVariant(QStringLiteral("Edging")));
+            click(*screen, "cmdExit");
         }
-        CrewScreen again(t.session());
-        again.show();
-        QCOMPARE(again.pos(), QPoint(300, 200));
-        QCOMPARE(again.size(), QSize(640, 380));
-        QHeaderView* h = header(again);
-        QVERIFY(h->visualIndex(description) < h->visualIndex(number));
-        QCOMPARE(h->sectionSize(description), 173);
-        QVERIFY(h->isSectionHidden(0));
-        QCOMPARE(h->sortIndicatorSection(), description);
-        QCOMPARE(text(again, "txtDescription"), QStringLiteral("Edging"));
-        click(again, "cmdNext");
-        QCOMPARE(text(again, "txtDescription"), QStringLiteral("Mowing"));
         QCOMPARE(Options::option(t.session(), QStringLiteral("frmCrewLEFT"), true),
                  QStringLiteral("4500"));
         QCOMPARE(Options::option(t.session(), QStringLiteral("frmCrewHEIGHT"), true),
                  QStringLiteral("5700"));
-    }
-
-    void anotherWorkstationKeepsItsOwnPlace()
-    {
-        TANDRILL_INSTALLATION(t);
-        const auto openMoveAndExit = [&t](QPoint expected, QPoint to) {
-            CrewScreen screen(t.session());
-            screen.show();
-            QCOMPARE(screen.pos(), expected);
-            QCOMPARE(screen.size(), QSize(495, 254));
-            screen.move(to);
-            click(screen, "cmdExit");
-        };
-        openMoveAndExit(QPoint(145, 97), QPoint(320, 240));
-        const QString first = Options::registryValue(t.session(), QStringLiteral("GUID"));
+        {
+            const auto again = open();
+            QCOMPARE(place(*again), QRect(300, 200, 640, 380));
+            QHeaderView* h = header(*again);
+            QVERIFY(h->visualIndex(description) < h->visualIndex(number));
+            QCOMPARE(h->sectionSize(description), 173);
+            QVERIFY(h->isSectionHidden(0));
+            QCOMPARE(h->sortIndicatorSection(), description);
+            QCOMPARE(text(*again, "txtDescription"), QStringLiteral("Edging"));
+            click(*again, "cmdNext");
+            QCOMPARE(text(*again, "txtDescription"), QStringLiteral("Mowing"));
+        }
+        // Another workstation has a place of its own, and leaves this one's alone.
         Options::setRegistryValue(t.session(), QStringLiteral("GUID"), Options::newGuid());
-        openMoveAndExit(QPoint(145, 97), QPoint(10, 20));
-        Options::setRegistryValue(t.session(), QStringLiteral("GUID"), first);
-        openMoveAndExit(QPoint(320, 240), QPoint(320, 240));
+        {
+            const auto other = open();
+            QCOMPARE(place(*other), QRect(145, 97, 495, 254));
+            other->move(10, 20);
+            click(*other, "cmdExit");
+        }
+        Options::setRegistryValue(t.session(), QStringLiteral("GUID"), firstStation);
+        QCOMPARE(place(*open()), QRect(300, 200, 640, 380));
     }
 
     void storedLayoutOfMissingFieldsIsSkipped()

@@ -42,11 +42,10 @@ private slots:
         row("nothing at all", QString(), true);
         row("full number in the mask", QStringLiteral("(555) 123-4567        "), true);
         row("number with extension", QStringLiteral("(555) 123-456789012345"), true);
-        row("number without trailing blanks", QStringLiteral("(555) 123-4567"), true);
         row("area code only", QStringLiteral("(555)    -            "), false);
         row("exchange missing a digit", QStringLiteral("(555) 12 -4567        "), false);
         row("line number cut at two digits", QStringLiteral("(555) 123-45          "), false);
-        row("last checked place is 13", QStringLiteral("(555) 123-456"), true);
+        row("no trailing blanks, last checked place is 13", QStringLiteral("(555) 123-456"), true);
         row("letter in the area code", QStringLiteral("(5a5) 123-4567        "), false);
         row("plain digits without the mask", QStringLiteral("5551234567"), false);
         row("too short", QStringLiteral("(555) 12"), false);
