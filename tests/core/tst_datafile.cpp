@@ -11,6 +11,9 @@
 #include <QSqlRecord>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
+/** What a new data file holds; each test makes its own the slow way, not as a copy. */
 class TestDataFile : public QObject
 {
     Q_OBJECT
@@ -20,7 +23,7 @@ private slots:
 
     void everyTableAndColumnExists()
     {
-        TANDRILL_INSTALLATION(t);
+        TANDRILL_INSTALLATION(t, QDate(2025, 3, 1), TestInstallation::Fresh);
         for (const Schema::Table& table : Schema::instance().tables()) {
             const QSqlRecord record = t.session().db().record(table.name.toLower());
             QVERIFY2(!record.isEmpty(), qPrintable(table.name));
@@ -37,94 +40,71 @@ private slots:
         QVERIFY2(page.open(QIODevice::ReadOnly | QIODevice::Text), TANDRILL_DATA_MODEL_DOC);
         const QString text = QString::fromUtf8(page.readAll());
         for (const Schema::Table& table : Schema::instance().tables()) {
-            const QString heading = QStringLiteral("\n### %1\n").arg(table.name);
+            const QString heading = u"\n### %1\n"_s.arg(table.name);
             const qsizetype start = text.indexOf(heading);
             QVERIFY2(start >= 0, qPrintable(table.name));
-            const qsizetype end = text.indexOf(QStringLiteral("\n### "), start + heading.size());
+            const qsizetype end = text.indexOf(u"\n### "_s, start + heading.size());
             const QString section = text.mid(start, end < 0 ? -1 : end - start);
             for (const Schema::Column& column : table.columns) {
-                QVERIFY2(section.contains(QStringLiteral("| `%1` |").arg(column.name)),
+                QVERIFY2(section.contains(u"| `%1` |"_s.arg(column.name)),
                          qPrintable(table.name + u'.' + column.name));
             }
         }
     }
 
-    void fixedListsAndNewItemsNumberAfterThem()
+    void startsWithTheFixedListsAndTheChief()
     {
-        TANDRILL_INSTALLATION(t);
+        TANDRILL_INSTALLATION(t, QDate(2025, 3, 1), TestInstallation::Fresh);
         QSqlQuery q(t.session().db());
-        QVERIFY(Sql::exec(
-            q, QStringLiteral("SELECT COUNT(*) FROM tblIndicator WHERE ItemID BETWEEN 1 AND 17")));
+        QVERIFY(Sql::exec(q, u"SELECT COUNT(*) FROM tblIndicator WHERE ItemID BETWEEN 1 AND 17"_s));
         QVERIFY(q.next());
         QCOMPARE(q.value(0).toInt(), 17);
-        QVERIFY(
-            Sql::exec(q,
-                      QStringLiteral("INSERT INTO tblIndicator (ParentId, ItemName, Show, FSize) "
-                                     "VALUES (1, ?, -1, 0) RETURNING ItemID"),
-                      {QStringLiteral("Österreich")}));
+        // New items number after the fixed lists.
+        QVERIFY(Sql::exec(q,
+                          u"INSERT INTO tblIndicator (ParentId, ItemName, Show, FSize) "
+                          "VALUES (1, ?, -1, 0) RETURNING ItemID"_s,
+                          {u"Österreich"_s}));
         QVERIFY(q.next());
         QCOMPARE(q.value(0).toInt(), 18);
-    }
 
-    void chiefHasHashedPasswordAndEveryRight()
-    {
-        TANDRILL_INSTALLATION(t);
-        QSqlQuery q(t.session().db());
-        QVERIFY(Sql::exec(q, QStringLiteral("SELECT * FROM tblUser WHERE UserName = ?"),
-                          {QStringLiteral("Chief")}));
+        QVERIFY(Sql::exec(q, u"SELECT * FROM tblUser WHERE UserName = ?"_s, {u"Chief"_s}));
         QVERIFY(q.next());
-        const QString stored = q.value(QStringLiteral("Password")).toString();
-        QVERIFY(stored != QLatin1String("chief"));
-        QVERIFY(PasswordHash::verify(stored, QStringLiteral("chief")));
-        QVERIFY(!PasswordHash::verify(stored, QStringLiteral("Chief")));
-        QCOMPARE(q.value(QStringLiteral("InvPartHistory")).toString(), QStringLiteral("1"));
+        const QString stored = q.value(u"Password"_s).toString();
+        QVERIFY(stored != u"chief"_s);
+        QVERIFY(PasswordHash::verify(stored, u"chief"_s));
+        QVERIFY(!PasswordHash::verify(stored, u"Chief"_s));
+        QCOMPARE(q.value(u"InvPartHistory"_s).toString(), u"1"_s);
     }
 
-    void flagColumnsRefuseOtherValues()
+    void columnsKeepTheirRules()
     {
-        TANDRILL_INSTALLATION(t);
+        TANDRILL_INSTALLATION(t, QDate(2025, 3, 1), TestInstallation::Fresh);
         QSqlQuery q(t.session().db());
-        QVERIFY(!Sql::exec(
-            q, QStringLiteral("INSERT INTO tblPart (PartID, Inactive) VALUES ('P1', 1)")));
-        QVERIFY(!Sql::exec(
-            q,
-            QStringLiteral("INSERT INTO tblEmployee (EmployeeID, Inactive) VALUES ('E1', 'Y')")));
-        QVERIFY(Sql::exec(q, QStringLiteral("INSERT INTO tblPart (PartID, Inactive) VALUES (?, ?)"),
-                          {QStringLiteral("P1"), SqlValue::yesNo(true)}));
-    }
-
-    void workOrderDateIsFilledAtInsert()
-    {
-        TANDRILL_INSTALLATION(t);
-        QSqlQuery q(t.session().db());
-        QVERIFY(Sql::exec(
-            q,
-            QStringLiteral("INSERT INTO tblWorkorder (EquipmentID) VALUES (1) RETURNING WoDate")));
+        // Flags take -1 and 0 only.
+        QVERIFY(!Sql::exec(q, u"INSERT INTO tblPart (PartID, Inactive) VALUES ('P1', 1)"_s));
+        QVERIFY(
+            !Sql::exec(q, u"INSERT INTO tblEmployee (EmployeeID, Inactive) VALUES ('E1', 'Y')"_s));
+        QVERIFY(Sql::exec(q, u"INSERT INTO tblPart (PartID, Inactive) VALUES (?, ?)"_s,
+                          {u"P1"_s, SqlValue::yesNo(true)}));
+        // The work order date is filled at insert.
+        QVERIFY(
+            Sql::exec(q, u"INSERT INTO tblWorkorder (EquipmentID) VALUES (1) RETURNING WoDate"_s));
         QVERIFY(q.next());
         QVERIFY(SqlValue::toDate(q.value(0)).isValid());
-    }
-
-    void engineKeysAreNeverHandedOutTwice()
-    {
-        TANDRILL_INSTALLATION(t);
-        QSqlQuery q(t.session().db());
+        // The engine never hands a key out twice.
         int checked = 0;
         for (const Schema::Table& table : Schema::instance().tables()) {
             const Schema::Column& key = table.columns.first();
             if (key.type != Schema::Type::AutoKey) {
                 continue;
             }
-            const QString insert =
-                QStringLiteral("INSERT INTO %1 (%2) VALUES (%3) RETURNING %4")
-                    .arg(table.name, table.columns[1].name,
-                         table.columns[1].type == Schema::Type::Text ? QStringLiteral("'x'")
-                                                                     : QStringLiteral("0"),
-                         key.name);
+            const QString insert = u"INSERT INTO %1 (%2) VALUES (%3) RETURNING %4"_s.arg(
+                table.name, table.columns[1].name,
+                table.columns[1].type == Schema::Type::Text ? u"'x'"_s : u"0"_s, key.name);
             QVERIFY2(Sql::exec(q, insert) && q.next(), qPrintable(insert));
             const qint64 deleted = q.value(0).toLongLong();
-            QVERIFY(Sql::exec(
-                q, QStringLiteral("DELETE FROM %1 WHERE %2 = ?").arg(table.name, key.name),
-                {deleted}));
+            QVERIFY(Sql::exec(q, u"DELETE FROM %1 WHERE %2 = ?"_s.arg(table.name, key.name),
+                              {deleted}));
             QVERIFY2(Sql::exec(q, insert) && q.next(), qPrintable(insert));
             QVERIFY2(q.value(0).toLongLong() > deleted, qPrintable(table.name));
             ++checked;
@@ -134,14 +114,14 @@ private slots:
 
     void secondCreateRefusesAndChangesNothing()
     {
-        TANDRILL_INSTALLATION(t);
+        TANDRILL_INSTALLATION(t, QDate(2025, 3, 1), TestInstallation::Fresh);
         DataFile::NewInstallation request;
-        request.chiefPassword = QStringLiteral("x");
-        request.version = QStringLiteral("9.9.9");
+        request.chiefPassword = u"x"_s;
+        request.version = u"9.9.9"_s;
         request.connection = t.session().connectionSettings();
         QString error;
         QVERIFY(!DataFile::create(t.installation(), request, &error));
-        QVERIFY(error.contains(QLatin1String("already exists")));
+        QVERIFY(error.contains(u"already exists"_s));
         QCOMPARE(Options::versionNo(t.session()), QStringLiteral(TANDRILL_VERSION));
     }
 };

@@ -13,11 +13,17 @@
  * is for (TANDRILL_TEST_ENGINE=pg selects the server of TANDRILL_TEST_PG, in
  * a schema of its own), and an open session with a fixed day, a scripted
  * prompter and a recording failure sink.
+ *
+ * The first installation of a process is made by DataFile::create; the later
+ * ones are copies of it, since hashing the chief's password is slow on purpose.
+ * Fresh makes one the slow way, for tests of the making itself.
  */
 class TestInstallation
 {
 public:
-    explicit TestInstallation(const QDate& today = QDate(2025, 3, 1));
+    enum Making { Copied, Fresh };
+
+    explicit TestInstallation(const QDate& today = QDate(2025, 3, 1), Making making = Copied);
     ~TestInstallation();
 
     bool isValid() const { return m_valid; }
@@ -35,11 +41,12 @@ public:
     static bool postgresSettings(ConnectionSettings* settings, QString* reason);
     /** Skips the test (or fails it when TANDRILL_TEST_PG_REQUIRED is set) without a server. */
     static bool engineAvailable(QString* reason);
+    /** A new empty schema on the server of settings, named in settings. */
+    static bool createPostgresSchema(ConnectionSettings* settings, QString* error);
+    /** Drops the schema named in settings with everything in it. */
+    static void dropPostgresSchema(const ConnectionSettings& settings);
 
 private:
-    bool createPostgresSchema(ConnectionSettings* settings);
-    void dropPostgresSchema();
-
     QTemporaryDir m_dir;
     ScriptedPrompter m_prompter;
     RecordingFailureSink m_failures;
