@@ -9,6 +9,8 @@
 #include <QTest>
 
 using namespace Qt::StringLiterals;
+using Options::option;
+using Options::setOption;
 
 namespace {
 
@@ -23,11 +25,13 @@ qint64 rowsWithKeyEnding(Session& session, const QString& name)
     return q.value(0).toLongLong();
 }
 
-QString storedGuid(const Installation& installation)
+/** A value of the main section as the store file holds it, read afresh. */
+QString storedValue(const Installation& installation, const QString& name)
 {
     Store store(installation.storeFile());
-    store.load();
-    return store.value(QString::fromLatin1(Installation::MainKey), u"GUID"_s);
+    QString error;
+    return store.load(&error) ? store.value(QString::fromLatin1(Installation::MainKey), name)
+                              : error;
 }
 
 /** A second workstation on the same data: the same installation under another GUID. */
@@ -66,16 +70,16 @@ private slots:
         Session& b = other.session;
         QVERIFY(Options::registryValue(a, u"GUID"_s) != Options::registryValue(b, u"GUID"_s));
 
-        Options::setOption(a, u"frmCrewTOP"_s, u"3855"_s, true);
-        Options::setOption(b, u"frmCrewTOP"_s, u"1450"_s, true);
-        Options::setOption(a, u"SERVICE_LATE_RED"_s, u"10"_s);
-        Options::setOption(b, u"SERVICE_LATE_RED"_s, u"12"_s);
+        setOption(a, u"frmCrewTOP"_s, u"3855"_s, true);
+        setOption(b, u"frmCrewTOP"_s, u"1450"_s, true);
+        setOption(a, u"SERVICE_LATE_RED"_s, u"10"_s);
+        setOption(b, u"SERVICE_LATE_RED"_s, u"12"_s);
 
-        QCOMPARE(Options::option(a, u"frmCrewTOP"_s, true), u"3855"_s);
-        QCOMPARE(Options::option(b, u"frmCrewTOP"_s, true), u"1450"_s);
-        QCOMPARE(Options::option(a, u"frmCrewTOP"_s), QString());
-        QCOMPARE(Options::option(a, u"SERVICE_LATE_RED"_s), u"12"_s);
-        QCOMPARE(Options::option(b, u"SERVICE_LATE_RED"_s), u"12"_s);
+        QCOMPARE(option(a, u"frmCrewTOP"_s, true), u"3855"_s);
+        QCOMPARE(option(b, u"frmCrewTOP"_s, true), u"1450"_s);
+        QCOMPARE(option(a, u"frmCrewTOP"_s), QString());
+        QCOMPARE(option(a, u"SERVICE_LATE_RED"_s), u"12"_s);
+        QCOMPARE(option(b, u"SERVICE_LATE_RED"_s), u"12"_s);
         QCOMPARE(rowsWithKeyEnding(a, u"frmCrewTOP"_s), 2);
         QCOMPARE(rowsWithKeyEnding(a, u"SERVICE_LATE_RED"_s), 1);
         QVERIFY(t.failures().isEmpty());
@@ -99,96 +103,79 @@ private slots:
         QFETCH(QString, read);
         QFETCH(bool, perWorkstation);
         TANDRILL_INSTALLATION(t);
-        Options::setOption(t.session(), written, u"first"_s, perWorkstation);
-        QCOMPARE(Options::option(t.session(), read, perWorkstation), u"first"_s);
+        setOption(t.session(), written, u"first"_s, perWorkstation);
+        QCOMPARE(option(t.session(), read, perWorkstation), u"first"_s);
         // Writing under the other spelling changes the same row.
-        Options::setOption(t.session(), read, u"second"_s, perWorkstation);
-        QCOMPARE(Options::option(t.session(), written, perWorkstation), u"second"_s);
+        setOption(t.session(), read, u"second"_s, perWorkstation);
+        QCOMPARE(option(t.session(), written, perWorkstation), u"second"_s);
         QCOMPARE(rowsWithKeyEnding(t.session(), written), 1);
         QVERIFY(t.failures().isEmpty());
     }
 
-    void valuesAreStoredWhole_data()
-    {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("value");
-        QTest::addRow("apostrophe") << u"GEN_COMPANY_NAME"_s << u"O'Brien's Grounds"_s;
-        QTest::addRow("doubled apostrophes") << u"GEN_COMPANY_NAME"_s << u"a''b'"_s;
-        QTest::addRow("statement text")
-            << u"GEN_COMPANY_ADDRESS1"_s << u"'; DELETE FROM tblSysOption; --"_s;
-        QTest::addRow("non-ASCII") << u"GEN_COMPANY_ADDRESS2"_s << u"Größenweg 5 – Zürich ✓"_s;
-        QTest::addRow("surrounding blanks") << u"GEN_COMPANY_PHONE"_s << u" (555) 123 "_s;
-        QTest::addRow("empty") << u"GEN_COMPANY_WEBSITE"_s << QString();
-        QTest::addRow("apostrophe in key") << u"Bob's frmCrewTOP"_s << u"it's"_s;
-    }
     void valuesAreStoredWhole()
     {
-        QFETCH(QString, name);
-        QFETCH(QString, value);
-        TANDRILL_INSTALLATION(t);
-        Options::setOption(t.session(), name, value);
-        QCOMPARE(Options::option(t.session(), name), value);
-        Options::setOption(t.session(), name, value, true);
-        QCOMPARE(Options::option(t.session(), name, true), value);
-        QVERIFY(t.failures().isEmpty());
-        QCOMPARE(Options::option(t.session(), u"SERVICE_LATE_RED"_s), u"30"_s);
-    }
-
-    void emptyGuidReadsEverythingEmptyUntilAnOptionIsSet()
-    {
         TANDRILL_INSTALLATION(t);
         Session& s = t.session();
-        QVERIFY(Options::setRegistryValue(s, u"GUID"_s, QString()));
-        QCOMPARE(Options::option(s, u"SERVICE_LATE_RED"_s), QString());
-        QCOMPARE(Options::option(s, u"SECURITYONOFF"_s), QString());
+        const std::pair<QString, QString> options[] = {
+            {u"GEN_COMPANY_NAME"_s, u"O'Brien's Grounds"_s},
+            {u"GEN_COMPANY_ADDRESS1"_s, u"'; DELETE FROM tblSysOption; --"_s},
+            {u"GEN_COMPANY_ADDRESS2"_s, u"Größenweg 5 – Zürich ✓"_s},
+            {u"GEN_COMPANY_PHONE"_s, u" (555) 123 "_s},
+            {u"GEN_COMPANY_EMAIL"_s, u"a''b'"_s},
+            {u"GEN_COMPANY_WEBSITE"_s, QString()},
+            {u"Bob's frmCrewTOP"_s, u"it's"_s}};
+        for (const auto& [name, value] : options) {
+            setOption(s, name, value);
+            setOption(s, name, value, true);
+        }
+        for (const auto& [name, value] : options) {
+            QCOMPARE(option(s, name), value);
+            QCOMPARE(option(s, name, true), value);
+        }
+        QVERIFY(t.failures().isEmpty());
+        QCOMPARE(option(s, u"SERVICE_LATE_RED"_s), u"30"_s);
+    }
 
-        Options::setOption(s, u"EqDateFrom"_s, u"01/02/2025"_s, true);
-        const QString guid = Options::registryValue(s, u"GUID"_s);
-        QVERIFY2(QRegularExpression(u"^[0-9A-F]{32}$"_s).match(guid).hasMatch(), qPrintable(guid));
-        QCOMPARE(storedGuid(t.installation()), guid);
-        QCOMPARE(Options::option(s, u"SERVICE_LATE_RED"_s), u"30"_s);
-        QCOMPARE(Options::option(s, u"EqDateFrom"_s, true), u"01/02/2025"_s);
+    void guidIsMadeAtTheFirstWriteAndKept_data()
+    {
+        QTest::addColumn<QString>("guid");
+        QTest::addRow("empty: every option reads empty") << QString();
+        QTest::addRow("too short: replaced") << u"ABC"_s;
+    }
+    void guidIsMadeAtTheFirstWriteAndKept()
+    {
+        QFETCH(QString, guid);
+        TANDRILL_INSTALLATION(t);
+        Session& s = t.session();
+        QVERIFY(Options::setRegistryValue(s, u"GUID"_s, guid));
+        QCOMPARE(option(s, u"SERVICE_LATE_RED"_s), guid.isEmpty() ? QString() : u"30"_s);
+        QCOMPARE(option(s, u"SECURITYONOFF"_s), guid.isEmpty() ? QString() : u"0"_s);
 
-        Options::setOption(s, u"EqDateTo"_s, u"31/03/2025"_s, true);
-        QCOMPARE(Options::registryValue(s, u"GUID"_s), guid);
-        QCOMPARE(storedGuid(t.installation()), guid);
+        setOption(s, u"EqDateFrom"_s, u"01/02/2025"_s, true);
+        const QString made = Options::registryValue(s, u"GUID"_s);
+        QVERIFY2(QRegularExpression(u"^[0-9A-F]{32}$"_s).match(made).hasMatch(), qPrintable(made));
+        QCOMPARE(storedValue(t.installation(), u"GUID"_s), made);
+        QCOMPARE(option(s, u"SERVICE_LATE_RED"_s), u"30"_s);
+        QCOMPARE(option(s, u"EqDateFrom"_s, true), u"01/02/2025"_s);
+
+        setOption(s, u"EqDateTo"_s, u"31/03/2025"_s, true);
+        QCOMPARE(Options::registryValue(s, u"GUID"_s), made);
+        QCOMPARE(storedValue(t.installation(), u"GUID"_s), made);
         QVERIFY(t.failures().isEmpty());
     }
 
-    void aShortGuidIsReplacedOnWrite()
-    {
-        TANDRILL_INSTALLATION(t);
-        Session& s = t.session();
-        QVERIFY(Options::setRegistryValue(s, u"GUID"_s, u"ABC"_s));
-        QCOMPARE(Options::option(s, u"SERVICE_LATE_RED"_s), u"30"_s);
-        Options::setOption(s, u"frmCrewTOP"_s, u"1"_s, true);
-        QCOMPARE(Options::registryValue(s, u"GUID"_s).size(), 32);
-    }
-
-    void registryValuesReadWithoutCaseAndTrimmed_data()
-    {
-        QTest::addColumn<QString>("written");
-        QTest::addColumn<QString>("value");
-        QTest::addColumn<QString>("read");
-        QTest::addColumn<QString>("expected");
-        QTest::addRow("Version reads VERSION")
-            << u"VERSION"_s << u"2.1.4"_s << u"Version"_s << u"2.1.4"_s;
-        QTest::addRow("blanks trimmed")
-            << u"SRCPATH"_s << u"  /srv/client/  "_s << u"srcpath"_s << u"/srv/client/"_s;
-        QTest::addRow("missing") << u"PATH"_s << u"/opt/"_s << u"NOSUCHVALUE"_s << QString();
-    }
     void registryValuesReadWithoutCaseAndTrimmed()
     {
-        QFETCH(QString, written);
-        QFETCH(QString, value);
-        QFETCH(QString, read);
-        QFETCH(QString, expected);
         TANDRILL_INSTALLATION(t);
-        QVERIFY(Options::setRegistryValue(t.session(), written, value));
-        QCOMPARE(Options::registryValue(t.session(), read), expected);
-        Store reloaded(t.installation().storeFile());
-        QVERIFY(reloaded.load());
-        QCOMPARE(reloaded.value(QString::fromLatin1(Installation::MainKey), read), expected);
+        QVERIFY(Options::setRegistryValue(t.session(), u"SRCPATH"_s, u"  /srv/client/  "_s));
+        const std::pair<QString, QString> reads[] = {
+            {u"Version"_s, QStringLiteral(TANDRILL_VERSION)},
+            {u"srcpath"_s, u"/srv/client/"_s},
+            {u"NOSUCHVALUE"_s, QString()}};
+        for (const auto& [name, expected] : reads) {
+            QCOMPARE(Options::registryValue(t.session(), name), expected);
+            QCOMPARE(storedValue(t.installation(), name), expected);
+        }
     }
 
     void registryValueThatCannotBeStoredIsRefused()
@@ -197,11 +184,7 @@ private slots:
         QVERIFY(Options::setRegistryValue(t.session(), u"SRCPATH"_s, u"/srv/a/"_s));
         QVERIFY(!Options::setRegistryValue(t.session(), u"SRCPATH"_s, u"/srv/a/\n[Database]"_s));
         QCOMPARE(Options::registryValue(t.session(), u"SRCPATH"_s), u"/srv/a/"_s);
-        Store reloaded(t.installation().storeFile());
-        QString error;
-        QVERIFY2(reloaded.load(&error), qPrintable(error));
-        QCOMPARE(reloaded.value(QString::fromLatin1(Installation::MainKey), u"SRCPATH"_s),
-                 u"/srv/a/"_s);
+        QCOMPARE(storedValue(t.installation(), u"SRCPATH"_s), u"/srv/a/"_s);
     }
 
     void optionsWorkWhileATransactionIsOpen()
@@ -213,11 +196,11 @@ private slots:
             QVERIFY2(tx.isActive(), qPrintable(tx.error()));
             QSqlQuery q(s.db());
             QVERIFY(Sql::exec(q, u"INSERT INTO tblCrew (CrewNumber) VALUES (1)"_s));
-            Options::setOption(s, u"WoDateFrom"_s, u"01/03/2025"_s, true);
-            QCOMPARE(Options::option(s, u"WoDateFrom"_s, true), u"01/03/2025"_s);
+            setOption(s, u"WoDateFrom"_s, u"01/03/2025"_s, true);
+            QCOMPARE(option(s, u"WoDateFrom"_s, true), u"01/03/2025"_s);
             QVERIFY(tx.commit());
         }
-        QCOMPARE(Options::option(s, u"WoDateFrom"_s, true), u"01/03/2025"_s);
+        QCOMPARE(option(s, u"WoDateFrom"_s, true), u"01/03/2025"_s);
         QVERIFY2(t.failures().isEmpty(), qPrintable(t.failures().failures().value(0).description));
     }
 
@@ -225,15 +208,15 @@ private slots:
     {
         TANDRILL_INSTALLATION(t);
         t.session().closeDatabase();
-        QCOMPARE(Options::option(t.session(), u"SERVICE_LATE_RED"_s), QString());
-        Options::setOption(t.session(), u"SERVICE_LATE_RED"_s, u"5"_s);
-        const QList<Failure>& f = t.failures().failures();
-        QCOMPARE(f.size(), 2);
-        QCOMPARE(f[0].module, u"General Function"_s);
-        QCOMPARE(f[0].procedure, u"GetOption"_s);
-        QCOMPARE(f[1].module, u"General Function"_s);
-        QCOMPARE(f[1].procedure, u"SetOption - "_s);
-        QVERIFY(f[0].number != 0 && f[1].number != 0);
+        QCOMPARE(option(t.session(), u"SERVICE_LATE_RED"_s), QString());
+        setOption(t.session(), u"SERVICE_LATE_RED"_s, u"5"_s);
+        QStringList reported;
+        for (const Failure& f : t.failures().failures()) {
+            reported.append(f.module + u'/' + f.procedure +
+                            (f.number ? u""_s : u" without number"_s));
+        }
+        QCOMPARE(reported, (QStringList{u"General Function/GetOption"_s,
+                                        u"General Function/SetOption - "_s}));
     }
 };
 

@@ -6,6 +6,7 @@
 #include <QTest>
 
 #include <csignal>
+#include <optional>
 #include <sys/resource.h>
 #include <unistd.h>
 
@@ -21,11 +22,10 @@ QByteArray readAll(const QString& path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-void writeAll(const QString& path, const QByteArray& bytes)
+bool writeAll(const QString& path, const QByteArray& bytes)
 {
     QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
+    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
 }
 
 /** Makes every write past a few bytes fail for as long as it lives, even for root. */
@@ -63,12 +63,14 @@ private slots:
         QTemporaryDir dir;
         const QString path = dir.filePath(u"Tandrill.ini"_s);
         Store store(path);
+        QString error;
+        QVERIFY2(store.load(&error) && error.isEmpty(), qPrintable(error)); // no file: empty
+        QVERIFY(!store.hasSection(Main));
         QVERIFY(store.setValue(Main, u"VERSION"_s, u"2.1.4"_s));
         QVERIFY(store.setValue(Main, u"PATH"_s, u"/opt/Tandrill Home/"_s));
         QVERIFY(store.setValue(Main, u"GUID"_s, QString()));
         QVERIFY(store.setValue(u"Software\\Hesperon\\Korvelle"_s, u"Path"_s, u"C:\\Sync=1;x"_s));
         QVERIFY(store.setValue(u"Database"_s, u"Password"_s, u"p'w\"ä€"_s));
-        QString error;
         QVERIFY2(store.save(&error), qPrintable(error));
 
         Store again(path);
@@ -98,7 +100,8 @@ private slots:
         QFETCH(QString, name);
         QTemporaryDir dir;
         const QString path = dir.filePath(u"Tandrill.ini"_s);
-        writeAll(path, "[Software\\Korvelle]\r\nVERSION =   2.1.4  \r\n; a comment\r\n\r\n");
+        QVERIFY(
+            writeAll(path, "[Software\\Korvelle]\r\nVERSION =   2.1.4  \r\n; a comment\r\n\r\n"));
         Store store(path);
         QVERIFY(store.load());
         QCOMPARE(store.value(section, name), u"2.1.4"_s);
@@ -109,16 +112,6 @@ private slots:
         // One value, not a second spelling beside the first.
         QCOMPARE(readAll(path).count("2.2.0"), 1);
         QCOMPARE(readAll(path).toLower().count("version"), 1);
-    }
-
-    void missingFileLoadsEmpty()
-    {
-        QTemporaryDir dir;
-        Store store(dir.filePath(u"none.ini"_s));
-        QString error;
-        QVERIFY(store.load(&error));
-        QVERIFY(error.isEmpty());
-        QVERIFY(!store.hasSection(Main));
     }
 
     void damagedFileIsRefusedWithAClearReason_data()
@@ -139,7 +132,7 @@ private slots:
         QFETCH(QString, near);
         QTemporaryDir dir;
         const QString path = dir.filePath(u"Tandrill.ini"_s);
-        writeAll(path, content);
+        QVERIFY(writeAll(path, content));
         Store store(path);
         QString error;
         QVERIFY(!store.load(&error));
@@ -182,59 +175,47 @@ private slots:
         QCOMPARE(again.value(Main, u"PATH"_s), u"/old/"_s);
     }
 
-    void missingFolderGivesAClearError()
+    void failedSaveGivesAClearErrorAndKeepsTheOldFile_data()
     {
-        QTemporaryDir dir;
-        writeAll(dir.filePath(u"plain"_s), "a file, not a folder");
-        const QString path = dir.filePath(u"plain/Tandrill.ini"_s);
-        Store store(path);
-        QVERIFY(store.setValue(Main, u"GUID"_s, u"1"_s));
-        QString error;
-        QVERIFY(!store.save(&error));
-        QVERIFY2(error.startsWith(u"Cannot write "_s + path), qPrintable(error));
+        QTest::addColumn<QString>("cause");
+        QTest::addRow("folder is a file") << u"file"_s;
+        QTest::addRow("disk full") << u"full"_s;
+        QTest::addRow("folder not writable") << u"read-only"_s;
     }
-
-    void failedWriteLeavesTheOldFileWhole()
+    void failedSaveGivesAClearErrorAndKeepsTheOldFile()
     {
-        QTemporaryDir dir;
-        const QString path = dir.filePath(u"Tandrill.ini"_s);
-        Store store(path);
-        QVERIFY(store.setValue(Main, u"VERSION"_s, u"2.1.4"_s));
-        QVERIFY(store.save());
-        const QByteArray before = readAll(path);
-
-        QVERIFY(store.setValue(Main, u"PATH"_s, QString(4000, u'x')));
-        QString error;
-        {
-            const FileSizeLimit limit(64);
-            QVERIFY(!store.save(&error));
-        }
-        QVERIFY2(error.startsWith(u"Cannot write "_s + path), qPrintable(error));
-        QCOMPARE(readAll(path), before);
-        QCOMPARE(QDir(dir.path()).entryList(QDir::Files), QStringList{u"Tandrill.ini"_s});
-    }
-
-    void unwritableFolderGivesAClearErrorAndKeepsTheOldFile()
-    {
-        if (geteuid() == 0) {
-            QSKIP("Folder permissions do not bind root; the failed write above covers it");
+        QFETCH(QString, cause);
+        if (cause == u"read-only"_s && geteuid() == 0) {
+            QSKIP("Folder permissions do not bind root; the full disk covers it");
         }
         QTemporaryDir dir;
-        const QString folder = dir.filePath(u"ro"_s);
-        QVERIFY(QDir().mkpath(folder));
+        const QString folder = dir.filePath(u"home"_s);
         const QString path = folder + u"/Tandrill.ini"_s;
         Store store(path);
         QVERIFY(store.setValue(Main, u"VERSION"_s, u"2.1.4"_s));
-        QVERIFY(store.save());
+        QVERIFY(cause == u"file"_s ? writeAll(folder, "a file, not a folder")
+                                   : QDir().mkpath(folder) && store.save());
         const QByteArray before = readAll(path);
-        QVERIFY(QFile::setPermissions(folder, QFile::ReadOwner | QFile::ExeOwner));
-        QVERIFY(store.setValue(Main, u"VERSION"_s, u"9.9.9"_s));
+        QVERIFY(store.setValue(Main, u"PATH"_s, QString(4000, u'x')));
         QString error;
-        const bool saved = store.save(&error);
-        QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        const QFile::Permissions open = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
+        if (cause == u"read-only"_s) {
+            QVERIFY(QFile::setPermissions(folder, open & ~QFile::WriteOwner));
+        }
+        bool saved = false;
+        {
+            std::optional<FileSizeLimit> limit;
+            if (cause == u"full"_s) {
+                limit.emplace(64);
+            }
+            saved = store.save(&error);
+        }
+        QFile::setPermissions(folder, open);
         QVERIFY(!saved);
         QVERIFY2(error.startsWith(u"Cannot write "_s + path), qPrintable(error));
         QCOMPARE(readAll(path), before);
+        QCOMPARE(QDir(folder).entryList(QDir::Files),
+                 cause == u"file"_s ? QStringList() : QStringList{u"Tandrill.ini"_s});
     }
 };
 
