@@ -10,28 +10,21 @@ namespace {
 
 enum Weekday { Sun = 1, Mon, Tue, Wed, Thu, Fri, Sat };
 
-template <std::size_t N> std::array<bool, N> only(std::initializer_list<int> on)
+/** Flags with only the ones counted from 1 in on set; {0} sets all of them. */
+template <std::size_t N> std::array<bool, N> flags(const QList<int>& on)
 {
     std::array<bool, N> flags{};
     for (int i : on) {
-        flags[i - 1] = true;
+        if (i == 0) {
+            flags.fill(true);
+        } else {
+            flags[i - 1] = true;
+        }
     }
     return flags;
 }
 
-template <std::size_t N> std::array<bool, N> all()
-{
-    std::array<bool, N> flags;
-    flags.fill(true);
-    return flags;
-}
-
 } // namespace
-
-Q_DECLARE_METATYPE(Calc::Months)
-Q_DECLARE_METATYPE(Calc::Weeks)
-Q_DECLARE_METATYPE(Calc::Days)
-Q_DECLARE_METATYPE(Calc::DomList)
 
 /** The date steps of the schedule, without any data behind them. */
 class TestScheduleWalks : public QObject
@@ -67,29 +60,25 @@ private slots:
         QTest::addColumn<qint64>("interval");
         QTest::addColumn<QDate>("date");
         QTest::addColumn<QDate>("expected");
-        QTest::addRow("30 days") << u"D"_s << 30LL << QDate(2024, 1, 15) << QDate(2024, 2, 14);
-        QTest::addRow("2 weeks") << u"W"_s << 2LL << QDate(2024, 3, 6) << QDate(2024, 3, 20);
-        QTest::addRow("31 Jan + 1 month, leap")
-            << u"M"_s << 1LL << QDate(2024, 1, 31) << QDate(2024, 2, 29);
-        QTest::addRow("31 Jan + 1 month")
-            << u"M"_s << 1LL << QDate(2023, 1, 31) << QDate(2023, 2, 28);
-        QTest::addRow("31 Jan + 13 months")
-            << u"M"_s << 13LL << QDate(2023, 1, 31) << QDate(2024, 2, 29);
-        QTest::addRow("31 Mar - 1 month")
-            << u"M"_s << -1LL << QDate(2024, 3, 31) << QDate(2024, 2, 29);
-        QTest::addRow("31 Aug + 1 month")
-            << u"M"_s << 1LL << QDate(2024, 8, 31) << QDate(2024, 9, 30);
-        QTest::addRow("29 Feb + 1 year")
-            << u"Y"_s << 1LL << QDate(2024, 2, 29) << QDate(2025, 2, 28);
-        QTest::addRow("29 Feb + 4 years")
-            << u"Y"_s << 4LL << QDate(2024, 2, 29) << QDate(2028, 2, 29);
-        QTest::addRow("interval 0") << u"D"_s << 0LL << QDate(2024, 5, 5) << QDate(2024, 5, 5);
-        QTest::addRow("lower case code") << u"d"_s << 1LL << QDate(2024, 5, 5) << QDate();
-        QTest::addRow("meter code") << u"H"_s << 1LL << QDate(2024, 5, 5) << QDate();
-        QTest::addRow("empty date") << u"D"_s << 1LL << QDate() << QDate();
-        QTest::addRow("beyond year 9999") << u"Y"_s << 8000LL << QDate(2024, 5, 5) << QDate();
-        QTest::addRow("huge weeks")
-            << u"W"_s << 4'000'000'000'000'000'000LL << QDate(2024, 5, 5) << QDate();
+        const auto row = [](const char* name, const char* period, qint64 interval, QDate date,
+                            QDate expected) {
+            QTest::newRow(name) << QString::fromLatin1(period) << interval << date << expected;
+        };
+        row("30 days", "D", 30, {2024, 1, 15}, {2024, 2, 14});
+        row("2 weeks", "W", 2, {2024, 3, 6}, {2024, 3, 20});
+        row("31 Jan + 1 month, leap", "M", 1, {2024, 1, 31}, {2024, 2, 29});
+        row("31 Jan + 1 month", "M", 1, {2023, 1, 31}, {2023, 2, 28});
+        row("31 Jan + 13 months", "M", 13, {2023, 1, 31}, {2024, 2, 29});
+        row("31 Mar - 1 month", "M", -1, {2024, 3, 31}, {2024, 2, 29});
+        row("31 Aug + 1 month", "M", 1, {2024, 8, 31}, {2024, 9, 30});
+        row("29 Feb + 1 year", "Y", 1, {2024, 2, 29}, {2025, 2, 28});
+        row("29 Feb + 4 years", "Y", 4, {2024, 2, 29}, {2028, 2, 29});
+        row("interval 0", "D", 0, {2024, 5, 5}, {2024, 5, 5});
+        row("lower case code", "d", 1, {2024, 5, 5}, QDate());
+        row("meter code", "H", 1, {2024, 5, 5}, QDate());
+        row("empty date", "D", 1, QDate(), QDate());
+        row("beyond year 9999", "Y", 8000, {2024, 5, 5}, QDate());
+        row("huge weeks", "W", 4'000'000'000'000'000'000LL, {2024, 5, 5}, QDate());
     }
     void addDayStepsAndClamps()
     {
@@ -100,157 +89,107 @@ private slots:
         QCOMPARE(Calc::addDay(period, interval, date), expected);
     }
 
-    void checkMonthMovesToFirstOfNextSelected_data()
+    // One walking step at a time: the date it stops at and the flags it raises.
+    void stepsStopWhereTheSelectionAllows_data()
     {
-        QTest::addColumn<Calc::Months>("months");
-        QTest::addColumn<QDate>("date");
-        QTest::addColumn<QDate>("expected");
-        QTest::addRow("selected stays")
-            << only<12>({3}) << QDate(2024, 3, 17) << QDate(2024, 3, 17);
-        QTest::addRow("later this year")
-            << only<12>({6, 9}) << QDate(2024, 7, 17) << QDate(2024, 9, 1);
-        QTest::addRow("next year") << only<12>({4}) << QDate(2024, 11, 15) << QDate(2025, 4, 1);
-        QTest::addRow("none selected") << Calc::Months{} << QDate(2024, 11, 15) << QDate();
-    }
-    void checkMonthMovesToFirstOfNextSelected()
-    {
-        QFETCH(Calc::Months, months);
-        QFETCH(QDate, date);
-        QFETCH(QDate, expected);
-        QCOMPARE(Calc::checkMonth(months, date), expected);
-    }
-
-    void checkWeekJumpsToWeekStart_data()
-    {
-        QTest::addColumn<Calc::Weeks>("weeks");
-        QTest::addColumn<QDate>("date");
-        QTest::addColumn<QDate>("expected");
-        QTest::addColumn<bool>("monthEnded");
-        QTest::addRow("7th is week 1")
-            << only<5>({1}) << QDate(2024, 1, 7) << QDate(2024, 1, 7) << false;
-        QTest::addRow("5th is week 2")
-            << only<5>({1}) << QDate(2024, 1, 5) << QDate(2024, 2, 1) << true;
-        QTest::addRow("to week 3")
-            << only<5>({3}) << QDate(2024, 1, 4) << QDate(2024, 1, 15) << false;
-        QTest::addRow("to week 5")
-            << only<5>({5}) << QDate(2024, 4, 2) << QDate(2024, 4, 29) << false;
-        QTest::addRow("week 5 of 28-day Feb")
-            << only<5>({5}) << QDate(2023, 2, 2) << QDate(2023, 3, 1) << true;
-        QTest::addRow("week 5 of 29-day Feb")
-            << only<5>({5}) << QDate(2024, 2, 2) << QDate(2024, 2, 29) << false;
-        QTest::addRow("past the last week")
-            << only<5>({2}) << QDate(2024, 12, 20) << QDate(2025, 1, 1) << true;
-        QTest::addRow("none selected")
-            << Calc::Weeks{} << QDate(2024, 12, 20) << QDate(2025, 1, 1) << true;
-    }
-    void checkWeekJumpsToWeekStart()
-    {
-        QFETCH(Calc::Weeks, weeks);
-        QFETCH(QDate, date);
-        QFETCH(QDate, expected);
-        QFETCH(bool, monthEnded);
-        bool ended = !monthEnded;
-        QCOMPARE(Calc::checkWeek(weeks, date, &ended), expected);
-        QCOMPARE(ended, monthEnded);
-    }
-
-    void checkDayStopsAtMonthEndOrBlockEdge_data()
-    {
-        QTest::addColumn<Calc::Days>("days");
+        QTest::addColumn<QString>("step");
+        QTest::addColumn<QList<int>>("selected"); // flags counted from 1, or the day list
         QTest::addColumn<QDate>("date");
         QTest::addColumn<QDate>("expected");
         QTest::addColumn<bool>("monthEnded");
         QTest::addColumn<bool>("weekWrapped");
+        const auto row = [](const char* name, const QList<int>& selected, QDate date,
+                            QDate expected, bool monthEnded = false, bool weekWrapped = false) {
+            const QString step = QString::fromLatin1(name).section(u':', 0, 0);
+            QTest::newRow(name) << step << selected << date << expected << monthEnded
+                                << weekWrapped;
+        };
+        row("month: selected stays", {3}, {2024, 3, 17}, {2024, 3, 17});
+        row("month: later this year", {6, 9}, {2024, 7, 17}, {2024, 9, 1});
+        row("month: next year", {4}, {2024, 11, 15}, {2025, 4, 1});
+        row("month: none selected", {}, {2024, 11, 15}, QDate());
+        row("week: 7th is week 1", {1}, {2024, 1, 7}, {2024, 1, 7});
+        row("week: 5th is week 2", {1}, {2024, 1, 5}, {2024, 2, 1}, true);
+        row("week: to week 3", {3}, {2024, 1, 4}, {2024, 1, 15});
+        row("week: to week 5", {5}, {2024, 4, 2}, {2024, 4, 29});
+        row("week: week 5 of 28-day Feb", {5}, {2023, 2, 2}, {2023, 3, 1}, true);
+        row("week: week 5 of 29-day Feb", {5}, {2024, 2, 2}, {2024, 2, 29});
+        row("week: past the last week", {2}, {2024, 12, 20}, {2025, 1, 1}, true);
+        row("week: none selected", {}, {2024, 12, 20}, {2025, 1, 1}, true);
         // March 2024 begins on a Friday, so its blocks start on Fridays.
-        QTest::addRow("selected stays")
-            << only<7>({Fri}) << QDate(2024, 3, 1) << QDate(2024, 3, 1) << false << false;
-        QTest::addRow("later in block")
-            << only<7>({Mon}) << QDate(2024, 3, 1) << QDate(2024, 3, 4) << false << false;
-        QTest::addRow("block edge")
-            << only<7>({Thu}) << QDate(2024, 3, 8) << QDate(2024, 3, 14) << false << false;
-        QTest::addRow("wraps at the 15th")
-            << only<7>({Wed}) << QDate(2024, 3, 14) << QDate(2024, 3, 15) << false << true;
-        QTest::addRow("month ends")
-            << only<7>({Mon}) << QDate(2024, 3, 29) << QDate(2024, 4, 1) << true << false;
-        QTest::addRow("none selected")
-            << Calc::Days{} << QDate(2024, 3, 10) << QDate(2024, 3, 15) << false << true;
+        row("day: selected stays", {Fri}, {2024, 3, 1}, {2024, 3, 1});
+        row("day: later in block", {Mon}, {2024, 3, 1}, {2024, 3, 4});
+        row("day: block edge", {Thu}, {2024, 3, 8}, {2024, 3, 14});
+        row("day: wraps at the 15th", {Wed}, {2024, 3, 14}, {2024, 3, 15}, false, true);
+        row("day: month ends", {Mon}, {2024, 3, 29}, {2024, 4, 1}, true);
+        row("day: none selected", {}, {2024, 3, 10}, {2024, 3, 15}, false, true);
+        row("dom: same day", {15}, {2024, 1, 15}, {2024, 1, 15});
+        row("dom: next month", {15}, {2024, 1, 20}, {2024, 2, 15});
+        row("dom: 31 skips short months", {31}, {2024, 4, 1}, {2024, 5, 31});
+        row("dom: 29 in leap Feb", {29}, {2024, 2, 2}, {2024, 2, 29});
+        row("dom: 29 skips plain Feb", {29}, {2023, 2, 2}, {2023, 3, 29});
+        row("dom: later slot", {0, 0, 0, 0, 9}, {2024, 1, 1}, {2024, 1, 9});
+        row("dom: no real day", {0, 32, -1, 99, 0}, {2024, 1, 1}, QDate());
     }
-    void checkDayStopsAtMonthEndOrBlockEdge()
+    void stepsStopWhereTheSelectionAllows()
     {
-        QFETCH(Calc::Days, days);
+        QFETCH(QString, step);
+        QFETCH(QList<int>, selected);
         QFETCH(QDate, date);
         QFETCH(QDate, expected);
         QFETCH(bool, monthEnded);
         QFETCH(bool, weekWrapped);
+        // Start from the wrong flags: each step must set them either way.
         bool ended = !monthEnded;
         bool wrapped = !weekWrapped;
-        QCOMPARE(Calc::checkDay(days, date, &ended, &wrapped), expected);
-        QCOMPARE(ended, monthEnded);
-        QCOMPARE(wrapped, weekWrapped);
+        if (step == u"month") {
+            QCOMPARE(Calc::checkMonth(flags<12>(selected), date), expected);
+        } else if (step == u"week") {
+            QCOMPARE(Calc::checkWeek(flags<5>(selected), date, &ended), expected);
+            QCOMPARE(ended, monthEnded);
+        } else if (step == u"day") {
+            QCOMPARE(Calc::checkDay(flags<7>(selected), date, &ended, &wrapped), expected);
+            QCOMPARE(ended, monthEnded);
+            QCOMPARE(wrapped, weekWrapped);
+        } else {
+            Calc::DomList list{};
+            std::copy(selected.begin(), selected.end(), list.begin());
+            QCOMPARE(Calc::checkDom(list, date), expected);
+        }
     }
 
     void checkSchDateWalksUntilAllAgree_data()
     {
-        QTest::addColumn<Calc::Months>("months");
-        QTest::addColumn<Calc::Weeks>("weeks");
-        QTest::addColumn<Calc::Days>("days");
+        QTest::addColumn<QList<int>>("months");
+        QTest::addColumn<QList<int>>("weeks");
+        QTest::addColumn<QList<int>>("days");
         QTest::addColumn<QDate>("date");
         QTest::addColumn<QDate>("expected");
+        const QList<int> all = {0};
+        const auto row = [](const char* name, const QList<int>& months, const QList<int>& weeks,
+                            const QList<int>& days, QDate date, QDate expected) {
+            QTest::newRow(name) << months << weeks << days << date << expected;
+        };
         // A block runs on past what weekNo says of its last days.
-        QTest::addRow("week 2 block takes the 6th") << all<12>() << only<5>({2}) << only<7>({Mon})
-                                                    << QDate(2024, 5, 5) << QDate(2024, 5, 6);
-        QTest::addRow("week 2 block takes the 7th") << all<12>() << only<5>({2}) << only<7>({Mon})
-                                                    << QDate(2024, 10, 5) << QDate(2024, 10, 7);
-        QTest::addRow("week 5 skips 28-day Feb")
-            << all<12>() << only<5>({5}) << all<7>() << QDate(2025, 2, 1) << QDate(2025, 3, 29);
-        QTest::addRow("Feb week 5 waits for leap year")
-            << only<12>({2}) << only<5>({5}) << all<7>() << QDate(2025, 2, 1) << QDate(2028, 2, 29);
-        QTest::addRow("Feb week 5 on a Sunday") << only<12>({2}) << only<5>({5}) << only<7>({Sun})
-                                                << QDate(2025, 2, 1) << QDate(2032, 2, 29);
-        QTest::addRow("Feb week 5 on a Saturday") << only<12>({2}) << only<5>({5}) << only<7>({Sat})
-                                                  << QDate(2025, 2, 1) << QDate(2048, 2, 29);
-        QTest::addRow("no month") << Calc::Months{} << all<5>() << all<7>() << QDate(2025, 2, 1)
-                                  << QDate();
-        QTest::addRow("no week") << all<12>() << Calc::Weeks{} << all<7>() << QDate(2025, 2, 1)
-                                 << QDate();
-        QTest::addRow("no day") << all<12>() << all<5>() << Calc::Days{} << QDate(2025, 2, 1)
-                                << QDate();
+        row("week 2 block takes the 6th", all, {2}, {Mon}, {2024, 5, 5}, {2024, 5, 6});
+        row("week 2 block takes the 7th", all, {2}, {Mon}, {2024, 10, 5}, {2024, 10, 7});
+        row("week 5 skips 28-day Feb", all, {5}, all, {2025, 2, 1}, {2025, 3, 29});
+        row("Feb week 5 waits for leap year", {2}, {5}, all, {2025, 2, 1}, {2028, 2, 29});
+        row("Feb week 5 on a Sunday", {2}, {5}, {Sun}, {2025, 2, 1}, {2032, 2, 29});
+        row("Feb week 5 on a Saturday", {2}, {5}, {Sat}, {2025, 2, 1}, {2048, 2, 29});
+        row("no month", {}, all, all, {2025, 2, 1}, QDate());
+        row("no week", all, {}, all, {2025, 2, 1}, QDate());
+        row("no day", all, all, {}, {2025, 2, 1}, QDate());
     }
     void checkSchDateWalksUntilAllAgree()
     {
-        QFETCH(Calc::Months, months);
-        QFETCH(Calc::Weeks, weeks);
-        QFETCH(Calc::Days, days);
+        QFETCH(QList<int>, months);
+        QFETCH(QList<int>, weeks);
+        QFETCH(QList<int>, days);
         QFETCH(QDate, date);
         QFETCH(QDate, expected);
-        QCOMPARE(Calc::checkSchDate(months, weeks, days, date), expected);
-    }
-
-    void checkDomFindsFirstListedDay_data()
-    {
-        QTest::addColumn<Calc::DomList>("list");
-        QTest::addColumn<QDate>("date");
-        QTest::addColumn<QDate>("expected");
-        QTest::addRow("same day") << Calc::DomList{15} << QDate(2024, 1, 15) << QDate(2024, 1, 15);
-        QTest::addRow("next month")
-            << Calc::DomList{15} << QDate(2024, 1, 20) << QDate(2024, 2, 15);
-        QTest::addRow("31 skips short months")
-            << Calc::DomList{31} << QDate(2024, 4, 1) << QDate(2024, 5, 31);
-        QTest::addRow("29 in leap Feb")
-            << Calc::DomList{29} << QDate(2024, 2, 2) << QDate(2024, 2, 29);
-        QTest::addRow("29 skips plain Feb")
-            << Calc::DomList{29} << QDate(2023, 2, 2) << QDate(2023, 3, 29);
-        QTest::addRow("later slot")
-            << Calc::DomList{0, 0, 0, 0, 9} << QDate(2024, 1, 1) << QDate(2024, 1, 9);
-        QTest::addRow("no real day")
-            << Calc::DomList{0, 32, -1, 99, 0} << QDate(2024, 1, 1) << QDate();
-    }
-    void checkDomFindsFirstListedDay()
-    {
-        QFETCH(Calc::DomList, list);
-        QFETCH(QDate, date);
-        QFETCH(QDate, expected);
-        QCOMPARE(Calc::checkDom(list, date), expected);
+        QCOMPARE(Calc::checkSchDate(flags<12>(months), flags<5>(weeks), flags<7>(days), date),
+                 expected);
     }
 
     void changeMinuteInHourFormats_data()
@@ -277,28 +216,31 @@ private slots:
         QTest::addColumn<QString>("code");
         QTest::addColumn<QString>("text");
         QTest::addColumn<bool>("meter");
-        QTest::addColumn<QString>("countType");
-        QTest::addRow("D") << u"D"_s << u"Days"_s << false << QString();
-        QTest::addRow("W") << u"W"_s << u"Weeks"_s << false << QString();
-        QTest::addRow("M") << u"M"_s << u"Months"_s << false << QString();
-        QTest::addRow("Y") << u"Y"_s << u"Years"_s << false << QString();
-        QTest::addRow("C") << u"C"_s << u"Counts"_s << true << u"Counts"_s;
-        QTest::addRow("H") << u"H"_s << u"Hours"_s << true << u"Hours"_s;
-        QTest::addRow("K") << u"K"_s << u"Kilometers"_s << true << u"Kilometers"_s;
-        QTest::addRow("I is Miles") << u"I"_s << u"Miles"_s << true << u"Miles"_s;
-        QTest::addRow("lower case") << u"h"_s << QString() << false << QString();
-        QTest::addRow("empty") << QString() << QString() << false << QString();
+        const auto row = [](const char* code, const char* text, bool meter) {
+            QTest::newRow(*code ? code : "empty")
+                << QString::fromLatin1(code) << QString::fromLatin1(text) << meter;
+        };
+        row("D", "Days", false);
+        row("W", "Weeks", false);
+        row("M", "Months", false);
+        row("Y", "Years", false);
+        row("C", "Counts", true);
+        row("H", "Hours", true);
+        row("K", "Kilometers", true);
+        row("I", "Miles", true);
+        row("h", "", false);
+        row("", "", false);
     }
     void periodCodes()
     {
         QFETCH(QString, code);
         QFETCH(QString, text);
         QFETCH(bool, meter);
-        QFETCH(QString, countType);
         QCOMPARE(ScheduleCodes::periodText(code), text);
         QCOMPARE(ScheduleCodes::isMeterPeriod(code), meter);
         QCOMPARE(ScheduleCodes::isCalendarPeriod(code), !text.isEmpty() && !meter);
-        QCOMPARE(ScheduleCodes::countType(code), countType);
+        // A meter reads the readings of the type its text names.
+        QCOMPARE(ScheduleCodes::countType(code), meter ? text : QString());
         if (!text.isEmpty()) {
             QCOMPARE(ScheduleCodes::periodCode(text), code);
         }
