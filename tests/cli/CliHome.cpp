@@ -3,9 +3,7 @@
 #include "CommandLine.h"
 #include "TestInstallation.h"
 
-#include <QRandomGenerator>
-#include <QSqlError>
-#include <QSqlQuery>
+using namespace Qt::StringLiterals;
 
 CliResult runCli(const QStringList& words)
 {
@@ -21,76 +19,51 @@ CliResult runCli(const QStringList& words)
 CliHome::CliHome()
 {
     if (!m_dir.isValid()) {
-        m_error = QStringLiteral("No temporary folder");
+        m_error = u"No temporary folder"_s;
         return;
     }
-    if (TestInstallation::wantsPostgres()) {
-        if (!TestInstallation::postgresSettings(&m_pg, &m_error)) {
-            return;
-        }
-        m_pg.schema = QStringLiteral("cli_%1").arg(QRandomGenerator::global()->generate64(), 0, 16);
-        if (!adminExec(QStringLiteral("CREATE SCHEMA ") + m_pg.schema)) {
-            m_pg.schema.clear();
-            return;
-        }
-    }
-    m_valid = true;
+    m_valid = !TestInstallation::wantsPostgres() ||
+              (TestInstallation::postgresSettings(&m_pg, &m_error) &&
+               TestInstallation::createPostgresSchema(&m_pg, &m_error));
 }
 
 CliHome::~CliHome()
 {
     if (!m_pg.schema.isEmpty()) {
-        adminExec(QStringLiteral("DROP SCHEMA ") + m_pg.schema + QStringLiteral(" CASCADE"));
+        TestInstallation::dropPostgresSchema(m_pg);
     }
-}
-
-bool CliHome::adminExec(const QString& statement)
-{
-    const QString name = QStringLiteral("cli-test-admin");
-    ConnectionSettings plain = m_pg;
-    plain.schema.clear();
-    DatabaseError dbError;
-    if (!Database::openForCreate(plain, name, &dbError)) {
-        m_error = dbError.text;
-        return false;
-    }
-    bool ok = false;
-    {
-        QSqlQuery q(QSqlDatabase::database(name, false));
-        ok = q.exec(statement);
-        if (!ok) {
-            m_error = q.lastError().text();
-        }
-    }
-    Database::close(name);
-    return ok;
 }
 
 QStringList CliHome::initWords(const QStringList& extra) const
 {
-    QStringList words{QStringLiteral("init")};
+    QStringList words{u"init"_s};
     if (!m_pg.schema.isEmpty()) {
-        words << QStringLiteral("--pg-host") << m_pg.host << QStringLiteral("--pg-port")
-              << QString::number(m_pg.port) << QStringLiteral("--pg-database") << m_pg.databaseName
-              << QStringLiteral("--pg-user") << m_pg.user << QStringLiteral("--pg-schema")
-              << m_pg.schema;
+        words << u"--pg-host"_s << m_pg.host << u"--pg-port"_s << QString::number(m_pg.port)
+              << u"--pg-database"_s << m_pg.databaseName << u"--pg-user"_s << m_pg.user
+              << u"--pg-schema"_s << m_pg.schema;
         if (!m_pg.password.isEmpty()) {
-            words << QStringLiteral("--pg-password") << m_pg.password;
+            words << u"--pg-password"_s << m_pg.password;
         }
     }
     return words + extra;
 }
 
+bool CliHome::init(const QStringList& extra, const QDate& today)
+{
+    const CliResult r = run(initWords(extra), today);
+    m_error = r.err;
+    return r.code == 0;
+}
+
 CliResult CliHome::run(const QStringList& words, const QDate& today) const
 {
-    return runCli(QStringList{QStringLiteral("--home"), home(), QStringLiteral("--today"),
-                              today.toString(Qt::ISODate)} +
+    return runCli(QStringList{u"--home"_s, home(), u"--today"_s, today.toString(Qt::ISODate)} +
                   words);
 }
 
 QStringList CliHome::sql(const QString& statement) const
 {
-    const CliResult r = run({QStringLiteral("sql"), statement});
+    const CliResult r = run({u"sql"_s, statement});
     if (r.code != 0) {
         qWarning("sql failed: %s", qPrintable(r.err));
         return {};
@@ -98,15 +71,12 @@ QStringList CliHome::sql(const QString& statement) const
     return r.out.split(u'\n', Qt::SkipEmptyParts);
 }
 
-QString sqlValue(const CliHome& home, const QString& statement)
+QString CliHome::value(const QString& statement) const
 {
-    const QStringList lines = home.sql(statement);
-    if (lines.size() != 2) {
-        return QString();
+    const QStringList lines = sql(statement);
+    const QString field = lines.value(1);
+    if (lines.size() != 2 || !field.startsWith(u'"')) {
+        return lines.size() == 2 ? field : QString();
     }
-    const QString field = lines.at(1);
-    if (field.size() >= 2 && field.startsWith(u'"') && field.endsWith(u'"')) {
-        return field.mid(1, field.size() - 2).replace(QStringLiteral("\"\""), QStringLiteral("\""));
-    }
-    return field;
+    return field.mid(1, field.size() - 2).replace(u"\"\""_s, u"\""_s);
 }

@@ -38,19 +38,24 @@ public:
 
     /** "init" with the server options when this run is for PostgreSQL, then the extra words. */
     QStringList initWords(const QStringList& extra = {}) const;
+    /** Runs init with the extra words; false with its error output when it did not succeed. */
+    bool init(const QStringList& extra = {QStringLiteral("--password=x")},
+              const QDate& today = QDate(2025, 3, 1));
     /** Runs a command on this installation, with --home and --today set. */
     CliResult run(const QStringList& words, const QDate& today = QDate(2025, 3, 1)) const;
     /** Runs a statement and returns the output lines; empty when it failed. */
     QStringList sql(const QString& statement) const;
+    /** The value printed by a one-column, one-row query, its CSV quotes taken off. */
+    QString value(const QString& statement) const;
 
 private:
-    bool adminExec(const QString& statement);
-
     QTemporaryDir m_dir;
     ConnectionSettings m_pg;
     bool m_valid = false;
     QString m_error;
 };
 
-/** The value printed by a one-column, one-row query, its CSV quotes taken off. */
-QString sqlValue(const CliHome& home, const QString& statement);
+/** Makes a CliHome named h with an installation in it, or fails the test. */
+#define TANDRILL_CLI_HOME(h, ...)                                                                  \
+    CliHome h;                                                                                     \
+    QVERIFY2(h.isValid() && h.init(__VA_ARGS__), qPrintable(h.error()))
