@@ -218,13 +218,13 @@ bool TestInstallation::wantsPostgres()
 
 bool TestInstallation::postgresSettings(ConnectionSettings* settings, QString* reason)
 {
-    const QString spec = qEnvironmentVariable("TANDRILL_TEST_PG");
-    if (spec.isEmpty()) {
+    const QString conninfo = qEnvironmentVariable("TANDRILL_TEST_PG");
+    if (conninfo.isEmpty()) {
         *reason = u"PostgreSQL not configured: TANDRILL_TEST_PG is not set"_s;
         return false;
     }
     QHash<QString, QString> parts;
-    for (const QString& pair : spec.split(u' ', Qt::SkipEmptyParts)) {
+    for (const QString& pair : conninfo.split(u' ', Qt::SkipEmptyParts)) {
         parts.insert(pair.section(u'=', 0, 0), pair.section(u'=', 1));
     }
     settings->engine = SqlDialect::Engine::PostgreSQL;
