@@ -378,6 +378,14 @@ private slots:
         QVERIFY(t.failures().isEmpty());
     }
 
+    void isDuplicateOfANumberRefusesText()
+    {
+        TANDRILL_INSTALLATION(t);
+        addCrews(t.session(), {{5, u"5x"_s}});
+        QVERIFY(!isDuplicate(t.session(), u"tblCrew"_s, u"CrewNumber"_s, u"5x"_s, u"6"_s, true));
+        QVERIFY(reportedOnce(t, u"IsRecordUsed"_s, u"Type mismatch"_s));
+    }
+
     void recordCountCountsFilteredRows()
     {
         TANDRILL_INSTALLATION(t);
