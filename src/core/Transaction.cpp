@@ -70,3 +70,35 @@ void Transaction::finish()
     m_active = false;
     m_session.setTransactionOpen(false);
 }
+
+Savepoint::Savepoint(Session& session, const QString& name) : m_session(session), m_name(name)
+{
+    QSqlQuery q(session.db());
+    m_active = q.exec(QStringLiteral("SAVEPOINT ") + m_name);
+    if (!m_active) {
+        m_error = q.lastError().text();
+    }
+}
+
+Savepoint::~Savepoint()
+{
+    finish(false);
+}
+
+void Savepoint::release()
+{
+    finish(true);
+}
+
+void Savepoint::finish(bool keep)
+{
+    if (!m_active) {
+        return;
+    }
+    QSqlQuery q(m_session.db());
+    if (!keep) {
+        q.exec(QStringLiteral("ROLLBACK TO SAVEPOINT ") + m_name);
+    }
+    q.exec(QStringLiteral("RELEASE SAVEPOINT ") + m_name);
+    m_active = false;
+}

@@ -36,3 +36,31 @@ private:
     bool m_active = false;
     QString m_error;
 };
+
+/**
+ * A savepoint inside the open transaction: work that may fail is undone
+ * alone, and the transaction stays usable (PostgreSQL refuses everything
+ * after a failure until it is rolled back to a savepoint).
+ * Rolls back to the savepoint unless release() is called.
+ */
+class Savepoint
+{
+public:
+    Savepoint(Session& session, const QString& name);
+    ~Savepoint();
+    Savepoint(const Savepoint&) = delete;
+    Savepoint& operator=(const Savepoint&) = delete;
+
+    bool isActive() const { return m_active; }
+    QString error() const { return m_error; }
+    /** Keeps the work done since the savepoint. */
+    void release();
+
+private:
+    void finish(bool keep);
+
+    Session& m_session;
+    QString m_name;
+    bool m_active = false;
+    QString m_error;
+};

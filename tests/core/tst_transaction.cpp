@@ -35,6 +35,28 @@ class TestTransaction : public QObject
 private slots:
     void initTestCase() { TANDRILL_REQUIRE_ENGINE(); }
 
+    void savepointUndoesAFailureAndKeepsTheTransaction()
+    {
+        TANDRILL_INSTALLATION(t);
+        Session& s = t.session();
+        Transaction tx(s);
+        QVERIFY(addCrew(s, 1));
+        {
+            Savepoint failing(s, u"attempt"_s);
+            QVERIFY2(failing.isActive(), qPrintable(failing.error()));
+            QVERIFY(addCrew(s, 2));
+            QSqlQuery q(s.db());
+            QVERIFY(!Sql::exec(q, u"INSERT INTO tblNope (x) VALUES (1)"_s));
+        }
+        {
+            Savepoint kept(s, u"attempt"_s);
+            QVERIFY(addCrew(s, 3));
+            kept.release();
+        }
+        QVERIFY(tx.commit());
+        QCOMPARE(crews(s.db2()), 2);
+    }
+
     void outerGuardKeepsOnlyCommittedWork_data()
     {
         QTest::addColumn<QString>("end");

@@ -18,8 +18,6 @@
 #include <QPushButton>
 #include <QScopeGuard>
 #include <QSpinBox>
-#include <QSqlError>
-#include <QSqlQuery>
 #include <QTextEdit>
 
 namespace {
@@ -378,16 +376,15 @@ bool RecordScreen::saveInsideSavepoint(QVariant* id)
     if (!m_edit) {
         return saveRecord(id);
     }
-    QSqlQuery q(m_session.db());
-    if (!q.exec(QStringLiteral("SAVEPOINT ") + SavepointName)) {
-        reportFailure(QStringLiteral("cmdUpdate_Click"), q.lastError().text());
+    Savepoint savepoint(m_session, SavepointName);
+    if (!savepoint.isActive()) {
+        reportFailure(QStringLiteral("cmdUpdate_Click"), savepoint.error());
         return false;
     }
     const bool saved = saveRecord(id);
-    if (!saved) {
-        q.exec(QStringLiteral("ROLLBACK TO SAVEPOINT ") + SavepointName);
+    if (saved) {
+        savepoint.release();
     }
-    q.exec(QStringLiteral("RELEASE SAVEPOINT ") + SavepointName);
     return saved;
 }
 
