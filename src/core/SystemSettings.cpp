@@ -17,23 +17,32 @@ bool isOn(const QString& switchValue)
     return switchValue.trimmed() == QLatin1String("1");
 }
 
+/** The text options the screen shows, in the order they are saved. */
+struct TextOption
+{
+    const char* key;
+    QString SystemSettings::*member;
+};
+constexpr TextOption TextOptions[] = {
+    {"GEN_COMPANY_NAME", &SystemSettings::companyName},
+    {"GEN_COMPANY_ADDRESS1", &SystemSettings::companyAddress1},
+    {"GEN_COMPANY_ADDRESS2", &SystemSettings::companyAddress2},
+    {"GEN_COMPANY_PHONE", &SystemSettings::companyPhone},
+    {"GEN_COMPANY_EMAIL", &SystemSettings::companyEmail},
+    {"GEN_COMPANY_WEBSITE", &SystemSettings::companyWebSite},
+    {"SERVICE_LATE_YELLOW", &SystemSettings::serviceLateYellow},
+    {"SERVICE_LATE_RED", &SystemSettings::serviceLateRed},
+    {"COUNT_READING_DELAY", &SystemSettings::countReadingDelay},
+};
+
 } // namespace
 
 SystemSettings SystemSettings::load(Session& session)
 {
-    auto get = [&session](const char* key) {
-        return Options::option(session, QString::fromLatin1(key));
-    };
     SystemSettings s;
-    s.companyName = get("GEN_COMPANY_NAME");
-    s.companyAddress1 = get("GEN_COMPANY_ADDRESS1");
-    s.companyAddress2 = get("GEN_COMPANY_ADDRESS2");
-    s.companyPhone = get("GEN_COMPANY_PHONE");
-    s.companyEmail = get("GEN_COMPANY_EMAIL");
-    s.companyWebSite = get("GEN_COMPANY_WEBSITE");
-    s.serviceLateYellow = get("SERVICE_LATE_YELLOW");
-    s.serviceLateRed = get("SERVICE_LATE_RED");
-    s.countReadingDelay = get("COUNT_READING_DELAY");
+    for (const TextOption& option : TextOptions) {
+        s.*option.member = Options::option(session, QString::fromLatin1(option.key));
+    }
     s.security = isOn(Options::option(session, SecurityKey));
     for (int i = 0; i < UserFieldCount; ++i) {
         const QString caption =
@@ -45,18 +54,11 @@ SystemSettings SystemSettings::load(Session& session)
 
 QList<std::pair<QString, QString>> SystemSettings::optionRows() const
 {
-    QList<std::pair<QString, QString>> rows{
-        {QStringLiteral("GEN_COMPANY_NAME"), companyName},
-        {QStringLiteral("GEN_COMPANY_ADDRESS1"), companyAddress1},
-        {QStringLiteral("GEN_COMPANY_ADDRESS2"), companyAddress2},
-        {QStringLiteral("GEN_COMPANY_PHONE"), companyPhone},
-        {QStringLiteral("GEN_COMPANY_EMAIL"), companyEmail},
-        {QStringLiteral("GEN_COMPANY_WEBSITE"), companyWebSite},
-        {QStringLiteral("SERVICE_LATE_YELLOW"), serviceLateYellow},
-        {QStringLiteral("SERVICE_LATE_RED"), serviceLateRed},
-        {QStringLiteral("COUNT_READING_DELAY"), countReadingDelay},
-        {SecurityKey, security ? QStringLiteral("1") : QStringLiteral("0")},
-    };
+    QList<std::pair<QString, QString>> rows;
+    for (const TextOption& option : TextOptions) {
+        rows.append({QString::fromLatin1(option.key), this->*option.member});
+    }
+    rows.append({SecurityKey, security ? QStringLiteral("1") : QStringLiteral("0")});
     for (int i = 0; i < UserFieldCount; ++i) {
         const QString caption = userFields.value(i);
         rows.append({QStringLiteral("UserDefinedField%1").arg(i + 1),
