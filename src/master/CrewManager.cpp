@@ -1,26 +1,13 @@
 #include "CrewManager.h"
 
-#include "ErrorHandler.h"
-#include "Session.h"
-#include "Sql.h"
-#include "Transaction.h"
-
-#include <QSqlError>
-#include <QSqlQuery>
+#include "WriteScope.h"
 
 namespace {
 
 const QString Module = QStringLiteral("clsCrewManager");
 
-struct CrewUse
-{
-    const char* table;
-    const char* column;
-    const char* shownName;
-};
-
 // The order decides which name the user is told when several kinds refer to the crew.
-constexpr CrewUse CrewUses[] = {
+constexpr RecordUse CrewUses[] = {
     {"tblServices", "CrewID", "Services"},
     {"tblServiceUsed", "CrewID", "ServiceUsed"},
     {"tblEmployee", "Crew", "Employee"},
@@ -37,62 +24,32 @@ Rows CrewManager::list()
 
 bool CrewManager::saveRecord(Crew& crew, bool adding)
 {
-    const QString procedure = QStringLiteral("SaveRecord");
-    if (adding) {
-        QVariant id;
-        if (!run(procedure,
-                 QStringLiteral("INSERT INTO tblCrew (CrewNumber, Description) VALUES (?, ?) "
-                                "RETURNING CrewID"),
-                 {crew.crewNumber, crew.description}, &id)) {
-            return false;
-        }
-        crew.crewId = id.toLongLong();
-        return true;
+    WriteScope write(m_session, Module, QStringLiteral("SaveRecord"));
+    if (!adding) {
+        write.exec(
+            QStringLiteral("UPDATE tblCrew SET CrewNumber = ?, Description = ? WHERE CrewID = ?"),
+            {crew.crewNumber, crew.description, crew.crewId});
+        return write.commit();
     }
-    return run(
-        procedure,
-        QStringLiteral("UPDATE tblCrew SET CrewNumber = ?, Description = ? WHERE CrewID = ?"),
-        {crew.crewNumber, crew.description, crew.crewId});
+    QVariant id;
+    write.exec(QStringLiteral("INSERT INTO tblCrew (CrewNumber, Description) VALUES (?, ?) "
+                              "RETURNING CrewID"),
+               {crew.crewNumber, crew.description}, &id);
+    if (!write.commit()) {
+        return false;
+    }
+    crew.crewId = id.toLongLong();
+    return true;
 }
 
 bool CrewManager::deleteRecord(qint64 crewId)
 {
-    return run(QStringLiteral("DeleteRecord"),
-               QStringLiteral("DELETE FROM tblCrew WHERE CrewID = ?"), {crewId});
+    WriteScope write(m_session, Module, QStringLiteral("DeleteRecord"));
+    write.exec(QStringLiteral("DELETE FROM tblCrew WHERE CrewID = ?"), {crewId});
+    return write.commit();
 }
 
 QString CrewManager::canDeleteCrew(qint64 crewId)
 {
-    for (const CrewUse& use : CrewUses) {
-        if (DataHelpers::isRecordUsed(m_session, QString::fromLatin1(use.table),
-                                      QString::fromLatin1(use.column), crewId,
-                                      QStringLiteral("N"))) {
-            return QString::fromLatin1(use.shownName);
-        }
-    }
-    return QString();
-}
-
-bool CrewManager::run(const QString& procedure, const QString& sql, const QVariantList& values,
-                      QVariant* returned)
-{
-    Transaction transaction(m_session);
-    if (!transaction.isActive()) {
-        errorHandler(m_session, Module, procedure, 1, transaction.error());
-        return false;
-    }
-    QSqlQuery q(m_session.db());
-    if (!Sql::exec(q, sql, values)) {
-        errorHandler(m_session, Sql::failure(Module, procedure, q.lastError()));
-        return false;
-    }
-    if (returned) {
-        *returned = q.next() ? q.value(0) : QVariant();
-    }
-    q.finish();
-    if (!transaction.commit()) {
-        errorHandler(m_session, Module, procedure, 1, transaction.error());
-        return false;
-    }
-    return true;
+    return DataHelpers::firstUse(m_session, CrewUses, crewId, QStringLiteral("N"));
 }

@@ -35,8 +35,5 @@ public:
     QString canDeleteCrew(qint64 crewId);
 
 private:
-    bool run(const QString& procedure, const QString& sql, const QVariantList& values,
-             QVariant* returned = nullptr);
-
     Session& m_session;
 };

@@ -3,7 +3,7 @@
 #include "ErrorHandler.h"
 #include "Session.h"
 #include "Sql.h"
-#include "Transaction.h"
+#include "WriteScope.h"
 
 #include <QSqlError>
 #include <QSqlQuery>
@@ -40,30 +40,15 @@ double laborCost(Session& session, qint64 crewId)
 
 bool changeServiceLabourEstimate(Session& session, qint64 crewId)
 {
-    const QString procedure = QStringLiteral("ChangeServiceLabourEstimate");
     const double cost = laborCost(session, crewId);
-    Transaction transaction(session);
-    if (!transaction.isActive()) {
-        errorHandler(session, Module, procedure, 1, transaction.error());
-        return false;
-    }
-    QSqlQuery q(session.db());
+    WriteScope write(session, Module, QStringLiteral("ChangeServiceLabourEstimate"));
     for (const QString& table :
          {QStringLiteral("tblServiceUsed"), QStringLiteral("tblWoServiceUsed")}) {
-        if (!Sql::exec(q,
-                       QStringLiteral("UPDATE %1 SET CostEstimate = LaborEstimate * ? "
-                                      "WHERE CrewID = ?")
-                           .arg(table),
-                       {cost, crewId})) {
-            errorHandler(session, Sql::failure(Module, procedure, q.lastError()));
-            return false;
-        }
+        write.exec(QStringLiteral("UPDATE %1 SET CostEstimate = LaborEstimate * ? WHERE CrewID = ?")
+                       .arg(table),
+                   {cost, crewId});
     }
-    if (!transaction.commit()) {
-        errorHandler(session, Module, procedure, 1, transaction.error());
-        return false;
-    }
-    return true;
+    return write.commit();
 }
 
 } // namespace LabourCost
