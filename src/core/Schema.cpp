@@ -143,8 +143,9 @@ QList<Schema::Column> serviceUsedColumns()
     c += cols({{"LastDateScheduled", T::Date},
                {"LastDatePerformed", T::Date},
                {"NextScheduledDate", T::Date},
-               {"NextScheduledCount", T::Long},
-               {"Inactive", T::Int}});
+               {"NextScheduledCount", T::Long}});
+    // Any non-zero number means inactive; inserts that leave it out make an active service.
+    c.append({QStringLiteral("Inactive"), T::Int, false, QStringLiteral("0")});
     return c;
 }
 
@@ -238,7 +239,7 @@ Schema::Schema()
     workorder.append({QStringLiteral("WoDate"), T::Date, true});
 
     QList<Column> crewHistory =
-        cols({{"EquipmentID", T::Long}, {"CrewNumber", T::Long}, {"CrewDescription", T::Text}});
+        cols({{"EquipmentID", T::Long}, {"CrewNumber", T::Text}, {"CrewDescription", T::Text}});
     crewHistory.append({QStringLiteral("CrewDate"), T::DateTime, true});
 
     QList<Column> services = cols({{"ServiceID", T::Key}});
@@ -411,6 +412,17 @@ Schema::Schema()
     idx("tblEmployee", {"Crew"});
     idx("tblGridSetting", {"FormName", "Tablename"});
     idx("tblTableFields", {"TableName"});
+
+    // Keys and names the user types compare without regard to case, as in LOWER(col) = LOWER(?).
+    auto caseBlind = [this](const char* table, const char* column, bool unique) {
+        m_indexes.append({QString::fromLatin1(table), {QString::fromLatin1(column)}, true, unique});
+    };
+    caseBlind("tblPart", "PartID", true);
+    caseBlind("tblEmployee", "EmployeeID", true);
+    caseBlind("tblUser", "UserName", true);
+    caseBlind("tblSysOption", "SysOption", true);
+    caseBlind("tblEquipment", "UnitNo", false);
+    caseBlind("tblIndicator", "ItemName", false);
 }
 
 const Schema::Table* Schema::table(const QString& name) const
@@ -444,15 +456,30 @@ QString Schema::createTable(const Table& table, const SqlDialect& dialect) const
         QString def = c.name + u' ' + dialect.columnType(c.type);
         if (c.filledWithToday) {
             def += QStringLiteral(" DEFAULT ") + dialect.currentDateDefault(c.type);
+        } else if (!c.defaultValue.isEmpty()) {
+            def += QStringLiteral(" DEFAULT ") + c.defaultValue;
         }
+        // Inserts that leave a flag out mean "no": such a row must meet the filters on "no".
         if (c.type == Type::YesNo) {
-            def += QStringLiteral(" CHECK (%1 IN (-1, 0))").arg(c.name);
+            def += QStringLiteral(" DEFAULT 0 CHECK (%1 IN (-1, 0))").arg(c.name);
         } else if (c.type == Type::Flag) {
-            def += QStringLiteral(" CHECK (%1 IN ('0', '1'))").arg(c.name);
+            def += QStringLiteral(" DEFAULT '0' CHECK (%1 IN ('0', '1'))").arg(c.name);
+        } else if (c.type == Type::Pattern) {
+            def += QStringLiteral(" DEFAULT '0'");
         }
         parts.append(def);
     }
     return QStringLiteral("CREATE TABLE %1 (%2)").arg(table.name, parts.join(QStringLiteral(", ")));
+}
+
+QString Schema::createIndex(const Index& index, int number) const
+{
+    const QString columns = index.caseBlind ? QStringLiteral("LOWER(%1)").arg(index.columns.first())
+                                            : index.columns.join(QStringLiteral(", "));
+    return QStringLiteral("CREATE %1INDEX ix_%2_%3 ON %4 (%5)")
+        .arg(index.unique ? QStringLiteral("UNIQUE ") : QString(), index.table.toLower())
+        .arg(number)
+        .arg(index.table, columns);
 }
 
 QStringList Schema::createStatements(const SqlDialect& dialect) const
@@ -461,16 +488,10 @@ QStringList Schema::createStatements(const SqlDialect& dialect) const
     for (const Table& t : m_tables) {
         statements.append(createTable(t, dialect));
     }
-    int n = 0;
+    int number = 0;
     for (const Index& i : m_indexes) {
-        statements.append(QStringLiteral("CREATE INDEX ix_%1_%2 ON %3 (%4)")
-                              .arg(i.table.toLower())
-                              .arg(++n)
-                              .arg(i.table, i.columns.join(QStringLiteral(", "))));
+        statements.append(createIndex(i, ++number));
     }
-    // Option keys compare without regard to case, so the key is unique that way.
-    statements.append(QStringLiteral(
-        "CREATE UNIQUE INDEX ix_tblsysoption_key ON tblSysOption (LOWER(SysOption))"));
     return statements;
 }
 

@@ -19,19 +19,28 @@ public:
 
     struct Column
     {
+        Column(const QString& name, Type type, bool filledWithToday = false,
+               const QString& defaultValue = QString())
+            : name(name), type(type), filledWithToday(filledWithToday), defaultValue(defaultValue)
+        {}
+
         QString name;
         Type type;
-        bool filledWithToday = false; ///< the engine fills it at insert
+        bool filledWithToday; ///< the engine fills it at insert
+        QString defaultValue; ///< SQL default; flags take their "no" value anyway
     };
     struct Table
     {
         QString name;
         QList<Column> columns;
     };
+    /** An index over columns; a case-blind one indexes LOWER(column) of its one column. */
     struct Index
     {
         QString table;
         QStringList columns;
+        bool caseBlind = false;
+        bool unique = false;
     };
 
     static const Schema& instance();
@@ -56,6 +65,7 @@ public:
 private:
     Schema();
     QString createTable(const Table& table, const SqlDialect& dialect) const;
+    QString createIndex(const Index& index, int number) const;
 
     QList<Table> m_tables;
     QList<Index> m_indexes;

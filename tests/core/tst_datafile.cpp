@@ -86,6 +86,19 @@ private slots:
             !Sql::exec(q, u"INSERT INTO tblEmployee (EmployeeID, Inactive) VALUES ('E1', 'Y')"_s));
         QVERIFY(Sql::exec(q, u"INSERT INTO tblPart (PartID, Inactive) VALUES (?, ?)"_s,
                           {u"P1"_s, SqlValue::yesNo(true)}));
+        // Keys typed by the user are one whatever their case.
+        QVERIFY(!Sql::exec(q, u"INSERT INTO tblPart (PartID) VALUES ('p1')"_s));
+        // Rows that leave their flags out are active and open.
+        QVERIFY(Sql::exec(q, u"INSERT INTO tblServiceUsed (EquipmentID) VALUES (1)"_s));
+        QVERIFY(Sql::exec(q, u"INSERT INTO tblWoServiceUsed (WorkOrderNo) VALUES (1)"_s));
+        QVERIFY(Sql::exec(q, u"SELECT COUNT(*) FROM tblServiceUsed, tblWoServiceUsed "
+                             "WHERE Inactive = 0 AND tblServiceUsed.SeparateWo = '0' "
+                             "AND Mon = '0' AND Completed = 0 AND Skip = 0"_s));
+        QVERIFY(q.next());
+        QCOMPARE(q.value(0).toInt(), 1);
+        // A crew taken away leaves an empty crew number in the history.
+        QVERIFY(Sql::exec(q, u"INSERT INTO tblEquipmentCrewHistory (EquipmentID, CrewNumber) "
+                             "VALUES (1, '')"_s));
         // The work order date is filled at insert.
         QVERIFY(
             Sql::exec(q, u"INSERT INTO tblWorkorder (EquipmentID) VALUES (1) RETURNING WoDate"_s));
