@@ -133,6 +133,66 @@ bool inRanges(int code, std::initializer_list<std::pair<int, int>> ranges)
     return false;
 }
 
+qint64 nextId(Session& session, const QString& procedure, const QString& column,
+              const QString& table)
+{
+    if (!checkNames(session, procedure, table, {column})) {
+        return 0;
+    }
+    QSqlQuery q(session.db());
+    if (!Sql::exec(q, QStringLiteral("SELECT MAX(%1) FROM %2").arg(column, table))) {
+        reportQueryFailure(session, procedure, q.lastError());
+        return 0;
+    }
+    return (q.next() ? q.value(0).toLongLong() : 0) + 1;
+}
+
+Rows readTable(Session& session, const QString& procedure, const QString& table,
+               const SqlFilter& filter, const QString& orderBy)
+{
+    QStringList orderNames;
+    if (!orderColumns(orderBy, &orderNames)) {
+        reportBadName(session, procedure, InvalidColumnNumber);
+        return {};
+    }
+    if (!checkNames(session, procedure, table, orderNames)) {
+        return {};
+    }
+    QString sql = QStringLiteral("SELECT * FROM ") + table;
+    if (!filter.where.trimmed().isEmpty()) {
+        sql += QStringLiteral(" WHERE ") + filter.where;
+    }
+    if (!orderNames.isEmpty()) {
+        sql += QStringLiteral(" ORDER BY ") + orderBy.simplified();
+    }
+    return select(session, procedure, sql, filter.values, reportReadFailure);
+}
+
+bool recordUsed(Session& session, const QString& procedure, const QString& table,
+                const QString& column, const QVariant& value, const QString& kind)
+{
+    if (!checkNames(session, procedure, table, {column})) {
+        return false;
+    }
+    if (kind.compare(QLatin1String("N"), Qt::CaseInsensitive) != 0) {
+        // Text keys and names are one and the same whatever their case.
+        return anyRow(session, procedure,
+                      QStringLiteral("SELECT 1 FROM %1 WHERE LOWER(%2) = LOWER(?) LIMIT 1")
+                          .arg(table, column),
+                      value.toString());
+    }
+    bool ok = false;
+    const QVariant number = asNumber(value, &ok);
+    if (!ok) {
+        errorHandler(session, Module, procedure, TypeMismatchNumber,
+                     QStringLiteral("Type mismatch"));
+        return false;
+    }
+    return anyRow(session, procedure,
+                  QStringLiteral("SELECT 1 FROM %1 WHERE %2 = ? LIMIT 1").arg(table, column),
+                  number);
+}
+
 } // namespace
 
 QVariant replaceNull(const QVariant& value, const QVariant& replacement)
@@ -219,16 +279,12 @@ int changeCase(int keyCode)
 
 qint64 generateId(Session& session, const QString& column, const QString& table)
 {
-    const QString procedure = QStringLiteral("GenerateID");
-    if (!checkNames(session, procedure, table, {column})) {
-        return 0;
-    }
-    QSqlQuery q(session.db());
-    if (!Sql::exec(q, QStringLiteral("SELECT MAX(%1) FROM %2").arg(column, table))) {
-        reportQueryFailure(session, procedure, q.lastError());
-        return 0;
-    }
-    return (q.next() ? q.value(0).toLongLong() : 0) + 1;
+    return nextId(session, QStringLiteral("GenerateID"), column, table);
+}
+
+qint64 generateIdWithIndicator(Session& session, const QString& column, const QString& table)
+{
+    return nextId(session, QStringLiteral("GenerateIDWithIndicator"), column, table);
 }
 
 qint64 generateUniqueId(const QDateTime& moment)
@@ -239,23 +295,13 @@ qint64 generateUniqueId(const QDateTime& moment)
 Rows tableInfo(Session& session, const QString& table, const SqlFilter& filter,
                const QString& orderBy)
 {
-    const QString procedure = QStringLiteral("GetTableInfo");
-    QStringList orderNames;
-    if (!orderColumns(orderBy, &orderNames)) {
-        reportBadName(session, procedure, InvalidColumnNumber);
-        return {};
-    }
-    if (!checkNames(session, procedure, table, orderNames)) {
-        return {};
-    }
-    QString sql = QStringLiteral("SELECT * FROM ") + table;
-    if (!filter.where.trimmed().isEmpty()) {
-        sql += QStringLiteral(" WHERE ") + filter.where;
-    }
-    if (!orderNames.isEmpty()) {
-        sql += QStringLiteral(" ORDER BY ") + orderBy.simplified();
-    }
-    return select(session, procedure, sql, filter.values, reportReadFailure);
+    return readTable(session, QStringLiteral("GetTableInfo"), table, filter, orderBy);
+}
+
+Rows tableInfoWithIndicator(Session& session, const QString& table, const SqlFilter& filter,
+                            const QString& orderBy)
+{
+    return readTable(session, QStringLiteral("GetTableInfoWithIndicator"), table, filter, orderBy);
 }
 
 Rows indicatorInfo(Session& session, qint64 parentId, bool showAll, bool orderByName)
@@ -297,23 +343,7 @@ qint64 crewIdByService(Session& session, qint64 id, const QString& table)
 bool isRecordUsed(Session& session, const QString& table, const QString& column,
                   const QVariant& value, const QString& kind)
 {
-    const QString procedure = QStringLiteral("IsRecordUsed");
-    if (!checkNames(session, procedure, table, {column})) {
-        return false;
-    }
-    QVariant bound = value.toString();
-    if (kind.compare(QLatin1String("N"), Qt::CaseInsensitive) == 0) {
-        bool ok = false;
-        bound = asNumber(value, &ok);
-        if (!ok) {
-            errorHandler(session, Module, procedure, TypeMismatchNumber,
-                         QStringLiteral("Type mismatch"));
-            return false;
-        }
-    }
-    return anyRow(session, procedure,
-                  QStringLiteral("SELECT 1 FROM %1 WHERE %2 = ? LIMIT 1").arg(table, column),
-                  bound);
+    return recordUsed(session, QStringLiteral("IsRecordUsed"), table, column, value, kind);
 }
 
 bool isDuplicate(Session& session, const QString& table, const QString& column,
@@ -322,8 +352,8 @@ bool isDuplicate(Session& session, const QString& table, const QString& column,
     if (newValue.trimmed().toUpper() == oldValue.trimmed().toUpper()) {
         return false;
     }
-    return isRecordUsed(session, table, column, newValue,
-                        numeric ? QStringLiteral("N") : QStringLiteral("S"));
+    return recordUsed(session, QStringLiteral("IsDuplicate"), table, column, newValue,
+                      numeric ? QStringLiteral("N") : QStringLiteral("S"));
 }
 
 qint64 recordCount(Session& session, const QString& table, const SqlFilter& filter)

@@ -43,12 +43,17 @@ int changeCase(int keyCode);
 
 /** The highest value of column in table plus one; 1 for an empty table, 0 on failure. */
 qint64 generateId(Session& session, const QString& column, const QString& table);
+/** The same, reported under its own name: the lookup lists use it. */
+qint64 generateIdWithIndicator(Session& session, const QString& column, const QString& table);
 /** The key of equipment and master services: the moment as "MMddHHmmss". */
 qint64 generateUniqueId(const QDateTime& moment);
 
 /** All rows of table that pass the filter, in the given order ("Col" or "Col DESC, Col2"). */
 Rows tableInfo(Session& session, const QString& table, const SqlFilter& filter = {},
                const QString& orderBy = QString());
+/** The same, reported under its own name. */
+Rows tableInfoWithIndicator(Session& session, const QString& table, const SqlFilter& filter = {},
+                            const QString& orderBy = QString());
 /** The items of one lookup list. */
 Rows indicatorInfo(Session& session, qint64 parentId, bool showAll, bool orderByName);
 /** Crews as CrewID and the shown text "number   description". */
@@ -56,7 +61,10 @@ Rows crewInfo(Session& session);
 /** The crew of a service row (or of a work order line for tblWoServiceUsed); 0 when none. */
 qint64 crewIdByService(Session& session, qint64 id, const QString& table);
 
-/** True when any row of table holds value in column; kind "S" compares text, "N" numbers. */
+/**
+ * True when any row of table holds value in column; kind "S" compares text without regard
+ * to case, "N" numbers.
+ */
 bool isRecordUsed(Session& session, const QString& table, const QString& column,
                   const QVariant& value, const QString& kind);
 /** True when another row already holds newValue; an unchanged key is no duplicate. */

@@ -312,6 +312,7 @@ private slots:
         const QString oRing = u"O'Ring 5/8\""_s;
         row("text with apostrophe", "tblPart", "PartID", oRing, "S", true);
         row("small s", "tblPart", "partid", oRing, "s", true);
+        row("text in another case", "tblPart", "PartID", u"o'RING 5/8\""_s, "S", true);
         row("non-ASCII text", "tblPart", "PartID", u"Dichtung Ø12 – Größe"_s, "S", true);
         row("text not there", "tblPart", "PartID", u"O'Ring"_s, "S", false);
         row("text differs in blanks", "tblPart", "PartID", u" "_s + oRing, "S", false);
@@ -354,6 +355,7 @@ private slots:
                                 << duplicate;
         };
         row("text taken", "Description", u"O'Neil's"_s, QString(), false, true);
+        row("text taken in another case", "Description", u"o'neil'S"_s, u"Trees"_s, false, true);
         row("text free", "Description", u"O'Neil"_s, u"Trees"_s, false, false);
         row("number taken", "CrewNumber", u"5"_s, u"6"_s, true, true);
         row("number free", "CrewNumber", u"7"_s, u"6"_s, true, false);
@@ -383,7 +385,7 @@ private slots:
         TANDRILL_INSTALLATION(t);
         addCrews(t.session(), {{5, u"5x"_s}});
         QVERIFY(!isDuplicate(t.session(), u"tblCrew"_s, u"CrewNumber"_s, u"5x"_s, u"6"_s, true));
-        QVERIFY(reportedOnce(t, u"IsRecordUsed"_s, u"Type mismatch"_s));
+        QVERIFY(reportedOnce(t, u"IsDuplicate"_s, u"Type mismatch"_s));
     }
 
     void recordCountCountsFilteredRows()
