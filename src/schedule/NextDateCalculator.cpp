@@ -181,6 +181,7 @@ QString reasonText(int selection)
 
 struct NextDateCalculator::LatestReading
 {
+    bool failed = false;
     bool found = false;
     QVariant value;
     QVariant changeDate;
@@ -215,7 +216,11 @@ QDate NextDateCalculator::nextScheduledDate(qint64 serviceUsedId, bool useGivenD
             errorHandler(m_session, Module, procedure, TypeMismatchNumber, row.problem());
             return today;
         }
-        return checkMeterLogic(equipmentId, ScheduleCodes::countType(period), nextCount);
+        // A reading that cannot be read leaves the answer at what it held then: today.
+        bool failed = false;
+        const QDate due =
+            checkMeterLogic(equipmentId, ScheduleCodes::countType(period), nextCount, &failed);
+        return failed ? today : due;
     }
 
     // Only the base date the renewal rule picks is read: the other one plays no part.
@@ -462,6 +467,7 @@ NextDateCalculator::LatestReading NextDateCalculator::latestReading(const QStrin
                                   "LIMIT 1"),
                    {equipmentId, countType})) {
         errorHandler(m_session, Sql::failure(Module, procedure, q.lastError()));
+        reading.failed = true;
         return reading;
     }
     if (q.next()) {
@@ -473,22 +479,22 @@ NextDateCalculator::LatestReading NextDateCalculator::latestReading(const QStrin
 }
 
 QDate NextDateCalculator::checkMeterLogic(qint64 equipmentId, const QString& countType,
-                                          qint64 nextScheduledCount)
+                                          qint64 nextScheduledCount, bool* failed)
 {
     const QString procedure = QStringLiteral("CheckMeterLogic");
     const LatestReading reading = latestReading(procedure, equipmentId, countType);
-    if (!reading.found) {
-        return QDate();
-    }
-    bool ok = false;
-    const qint64 value = readingValue(procedure, reading.value, &ok);
+    bool ok = !reading.failed;
+    const qint64 value = ok && reading.found ? readingValue(procedure, reading.value, &ok) : 0;
     const QDate changed = SqlValue::toDate(reading.changeDate);
     if (ok && !reading.changeDate.isNull() && !changed.isValid()) {
         errorHandler(m_session, Module, procedure, TypeMismatchNumber,
                      mismatchText(QStringLiteral("ChangeDate"), reading.changeDate));
-        return QDate();
+        ok = false;
     }
-    return ok && nextScheduledCount <= value ? changed : QDate();
+    if (failed) {
+        *failed = !ok;
+    }
+    return ok && reading.found && nextScheduledCount <= value ? changed : QDate();
 }
 
 qint64 NextDateCalculator::equipmentCount(qint64 equipmentId, const QString& countType)

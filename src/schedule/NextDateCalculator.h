@@ -77,10 +77,11 @@ public:
 
     /**
      * The date of the latest reading of that type if it reached the count (ties of date
-     * go to the highest count), else the empty date; a failure is reported and answers
-     * the empty date too, so that no caller stores a date it cannot vouch for.
+     * go to the highest count), else the empty date. A failure is reported, answers the
+     * empty date too and sets failed, when given.
      */
-    QDate checkMeterLogic(qint64 equipmentId, const QString& countType, qint64 nextScheduledCount);
+    QDate checkMeterLogic(qint64 equipmentId, const QString& countType, qint64 nextScheduledCount,
+                          bool* failed = nullptr);
     /** The latest reading of one count type ("Hours"...); 0 when there is none or it is null. */
     qint64 equipmentCount(qint64 equipmentId, const QString& countType);
     /** The latest reading for a period code; calendar codes find no readings and give 0. */

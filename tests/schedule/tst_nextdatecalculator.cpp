@@ -493,7 +493,7 @@ private slots:
                                                  << nextDate << 0LL << Today << QStringList();
         QTest::addRow("meter reading unreadable")
             << Service{.period = u"H"_s, .nextCount = 0} << u"DROP TABLE tblEquipmentCount"_s
-            << u"CheckMeterLogic"_s << 0LL << QDate() << QStringList();
+            << u"CheckMeterLogic"_s << 0LL << Today << QStringList();
         QTest::addRow("interval beyond the calendar")
             << Service{.period = u"Y"_s, .interval = 20000} << QString() << nextDate << 6LL << Today
             << QStringList();
