@@ -1,11 +1,11 @@
 #include "SetupScreen.h"
 
+#include "FieldExit.h"
 #include "FormPlacement.h"
 #include "Prompter.h"
 #include "Session.h"
 #include "SystemSettings.h"
 
-#include <QApplication>
 #include <QCheckBox>
 #include <QFormLayout>
 #include <QGridLayout>
@@ -69,7 +69,13 @@ SetupScreen::SetupScreen(Session& session, QWidget* parent) : QDialog(parent), m
     FormPlacement::restore(m_session, this);
     loadValues();
     updateLookupButtons();
-    connect(qApp, &QApplication::focusChanged, this, &SetupScreen::onFocusChanged);
+    // Leaving the phone for another field checks it; Cancel, which reads every value
+    // again, does not.
+    onFieldExit(m_phone, [this](QWidget* next) {
+        if (next != m_cancel) {
+            checkPhone();
+        }
+    });
 }
 
 void SetupScreen::buildGeneralTab()
@@ -288,25 +294,13 @@ void SetupScreen::openLookup(const QString& name, int listNumber)
     }
 }
 
-void SetupScreen::onFocusChanged(QWidget* old, QWidget* now)
-{
-    // Leaving the phone for another field of this window checks it; a message
-    // box taking the focus, or Cancel, which reads every value again, does not.
-    if (old != m_phone || m_checkingPhone || !now || now->window() != this || now == m_cancel) {
-        return;
-    }
-    checkPhone();
-}
-
 bool SetupScreen::checkPhone()
 {
     if (SystemSettings::isValidPhone(m_phone->displayText())) {
         return true;
     }
-    m_checkingPhone = true;
     m_session.prompter().message(SystemSettings::InvalidPhoneMessage, Prompter::Buttons::Ok,
                                  Prompter::Icon::Exclamation);
-    m_checkingPhone = false;
     // Deferred: the focus may be moving because the user switched tabs.
     QTimer::singleShot(0, this, [this] {
         m_tabs->setCurrentWidget(m_phone->parentWidget());

@@ -57,7 +57,6 @@ private:
     void setModified(bool modified);
     void updateLookupButtons();
     void openLookup(const QString& name, int listNumber);
-    void onFocusChanged(QWidget* old, QWidget* now);
     bool checkPhone();
     void restoreBlankCaption(int index);
     void markModified();
@@ -65,7 +64,6 @@ private:
     Session& m_session;
     bool m_modified = false;
     bool m_loading = false;
-    bool m_checkingPhone = false;
 
     QTabWidget* m_tabs = nullptr;
     QLineEdit* m_companyName = nullptr;
