@@ -1,6 +1,11 @@
 #include "HelpWindow.h"
 
+#include "HelpFiles.h"
+#include "Prompter.h"
+#include "Session.h"
+
 #include <QApplication>
+#include <QFileInfo>
 #include <QTextBrowser>
 #include <QUrl>
 #include <QVBoxLayout>
@@ -18,6 +23,17 @@ HelpWindow::HelpWindow(QWidget* owner) : QWidget(owner, Qt::Window), m_browser(n
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_browser);
     resize(640, 720);
+}
+
+void HelpWindow::openManual(Session& session)
+{
+    const QString manual = HelpFiles::manualPath(session);
+    if (!QFileInfo::exists(manual)) {
+        session.prompter().message(QStringLiteral("The help file %1 cannot be found.").arg(manual),
+                                   Prompter::Buttons::Ok, Prompter::Icon::Exclamation);
+        return;
+    }
+    showManual(manual);
 }
 
 HelpWindow* HelpWindow::showManual(const QString& path, const QString& anchor)

@@ -4,6 +4,7 @@
 #include <QWidget>
 
 class QTextBrowser;
+class Session;
 
 /**
  * The window that shows the program's HTML manual. There is one at a time;
@@ -19,6 +20,8 @@ public:
      * modal screen it belongs to that screen, so that it is not blocked.
      */
     static HelpWindow* showManual(const QString& path, const QString& anchor = QString());
+    /** Shows the installation's manual, or says that it cannot be found. */
+    static void openManual(Session& session);
     /** Closes the help window, if one is open. */
     static void closeAll();
     /** The help window that is open, or null. */

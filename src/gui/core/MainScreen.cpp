@@ -487,14 +487,7 @@ void MainScreen::exitNow()
 
 void MainScreen::showHelp()
 {
-    const QString manual = HelpFiles::manualPath(m_session);
-    if (!QFileInfo::exists(manual)) {
-        m_session.prompter().message(
-            QStringLiteral("The help file %1 cannot be found.").arg(manual), Prompter::Buttons::Ok,
-            Prompter::Icon::Exclamation);
-        return;
-    }
-    HelpWindow::showManual(manual);
+    HelpWindow::openManual(m_session);
 }
 
 void MainScreen::showQuickStart()

@@ -35,6 +35,24 @@ bool lessThan(const QVariant& a, const QVariant& b)
 
 } // namespace
 
+Qt::Alignment colAlign(QMetaType::Type type)
+{
+    switch (type) {
+    case QMetaType::Int:
+    case QMetaType::UInt:
+    case QMetaType::LongLong:
+    case QMetaType::ULongLong:
+    case QMetaType::Double:
+        return Qt::AlignRight | Qt::AlignVCenter;
+    case QMetaType::QDate:
+    case QMetaType::QDateTime:
+    case QMetaType::Bool:
+        return Qt::AlignCenter;
+    default:
+        return Qt::AlignLeft | Qt::AlignVCenter;
+    }
+}
+
 RecordTableModel::RecordTableModel(QList<Field> fields, QObject* parent)
     : QAbstractTableModel(parent), m_fields(std::move(fields))
 {}
@@ -93,10 +111,14 @@ int RecordTableModel::columnCount(const QModelIndex& parent) const
 
 QVariant RecordTableModel::data(const QModelIndex& index, int role) const
 {
-    if (!index.isValid() || role != Qt::DisplayRole) {
+    if (!index.isValid()) {
         return QVariant();
     }
-    return value(index.row(), index.column());
+    if (role == Qt::TextAlignmentRole) {
+        return QVariant::fromValue(
+            colAlign(QMetaType::Type(value(index.row(), index.column()).typeId())));
+    }
+    return role == Qt::DisplayRole ? value(index.row(), index.column()) : QVariant();
 }
 
 QVariant RecordTableModel::headerData(int section, Qt::Orientation orientation, int role) const
@@ -160,17 +182,27 @@ RecordGrid::RecordGrid(QWidget* parent) : QTableView(parent)
 
 void RecordGrid::setFields(const QList<RecordTableModel::Field>& fields, const QString& keyField)
 {
-    Q_ASSERT(!m_model);
+    RecordTableModel* old = m_model;
+    QItemSelectionModel* oldSelection = selectionModel();
     m_model = new RecordTableModel(fields, this);
     m_keyField = keyField;
     setModel(m_model);
     connect(selectionModel(), &QItemSelectionModel::currentChanged, this,
             &RecordGrid::onCurrentChanged);
+    delete oldSelection;
+    delete old;
     const int key = m_model->fieldIndex(keyField);
     if (key >= 0) {
         setColumnHidden(key, true);
     }
     setSortingEnabled(true);
+}
+
+void RecordGrid::assignData(const Rows& rows, const QList<RecordTableModel::Field>& fields,
+                            const QString& keyField)
+{
+    setFields(fields, keyField);
+    setRows(rows);
 }
 
 void RecordGrid::setRows(const Rows& rows)

@@ -6,6 +6,9 @@
 #include <QAbstractTableModel>
 #include <QTableView>
 
+/** A column's alignment by the kind of its values: numbers right, days and flags centred. */
+Qt::Alignment colAlign(QMetaType::Type type);
+
 /**
  * The rows of a record screen's grid, in the order shown. Sorting reorders
  * the rows themselves, so that a row number means the same record in the
@@ -60,8 +63,11 @@ class RecordGrid : public QTableView
 public:
     explicit RecordGrid(QWidget* parent = nullptr);
 
-    /** The columns, in their designed order; keyField is kept hidden. Call once. */
+    /** The columns, in their designed order; keyField is kept hidden. */
     void setFields(const QList<RecordTableModel::Field>& fields, const QString& keyField);
+    /** New columns and their rows at once, for grids whose columns follow their query. */
+    void assignData(const Rows& rows, const QList<RecordTableModel::Field>& fields,
+                    const QString& keyField);
     QString keyField() const { return m_keyField; }
 
     /** Binds the rows, keeping the columns' layout and sorting them as shown. */

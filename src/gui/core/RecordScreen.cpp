@@ -3,6 +3,7 @@
 #include "ErrorHandler.h"
 #include "FormPlacement.h"
 #include "GridSettings.h"
+#include "HelpWindow.h"
 #include "MessageTexts.h"
 #include "Prompter.h"
 #include "RecordGrid.h"
@@ -13,32 +14,17 @@
 #include <QComboBox>
 #include <QDateTimeEdit>
 #include <QDoubleSpinBox>
+#include <QFrame>
+#include <QHBoxLayout>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScopeGuard>
 #include <QSpinBox>
 #include <QTextEdit>
+#include <QVBoxLayout>
 
 namespace {
-
-/** True when a field that holds text holds only blanks; other kinds are never blank. */
-bool isBlankField(const QWidget* field)
-{
-    if (auto* line = qobject_cast<const QLineEdit*>(field)) {
-        return DataHelpers::isBlank(line->text());
-    }
-    if (auto* combo = qobject_cast<const QComboBox*>(field)) {
-        return DataHelpers::isBlank(combo->currentText());
-    }
-    if (auto* plain = qobject_cast<const QPlainTextEdit*>(field)) {
-        return DataHelpers::isBlank(plain->toPlainText());
-    }
-    if (auto* rich = qobject_cast<const QTextEdit*>(field)) {
-        return DataHelpers::isBlank(rich->toPlainText());
-    }
-    return false;
-}
 
 void setLocked(QWidget* field, bool locked)
 {
@@ -58,6 +44,13 @@ void setLocked(QWidget* field, bool locked)
 }
 
 const QString SavepointName = QStringLiteral("record_save");
+
+QPushButton* namedButton(QWidget* parent, const char* name, const QString& caption)
+{
+    auto* button = new QPushButton(caption, parent);
+    button->setObjectName(QString::fromLatin1(name));
+    return button;
+}
 
 } // namespace
 
@@ -83,26 +76,93 @@ QString RecordScreen::modeText() const
     return QStringLiteral("B");
 }
 
+int RecordScreen::run(Mode startMode)
+{
+    m_startMode = startMode;
+    return exec();
+}
+
+RecordScreen::Controls RecordScreen::standardButtons(RecordGrid* grid, Navigation navigation)
+{
+    Controls controls;
+    controls.grid = grid;
+    if (navigation == Navigation::With) {
+        controls.first = namedButton(this, "cmdFirst", QStringLiteral("|<"));
+        controls.previous = namedButton(this, "cmdPrevious", QStringLiteral("<"));
+        controls.next = namedButton(this, "cmdNext", QStringLiteral(">"));
+        controls.last = namedButton(this, "cmdLast", QStringLiteral(">|"));
+    }
+    controls.add = namedButton(this, "cmdAdd", QStringLiteral("&Add"));
+    controls.remove = namedButton(this, "cmdDelete", QStringLiteral("&Delete"));
+    controls.quickFind = namedButton(this, "cmdQFind", QStringLiteral("&Find"));
+    controls.help = namedButton(this, "cmdHelp", QStringLiteral("&Help"));
+    controls.exit = namedButton(this, "cmdExit", QStringLiteral("E&xit"));
+    auto* saveFrame = new QFrame(this);
+    saveFrame->setObjectName(QStringLiteral("fraSaveCancel"));
+    controls.saveFrame = saveFrame;
+    controls.update = namedButton(saveFrame, "cmdUpdate", QStringLiteral("&Save"));
+    controls.cancel = namedButton(saveFrame, "cmdCancel", QStringLiteral("Re&vert"));
+    auto* saveRow = new QHBoxLayout(saveFrame);
+    saveRow->setContentsMargins(0, 0, 0, 0);
+    saveRow->addWidget(controls.update);
+    saveRow->addWidget(controls.cancel);
+    return controls;
+}
+
+void RecordScreen::setStandardLayout(QLayout* fields, RecordGrid* grid, Navigation navigation)
+{
+    const Controls controls = standardButtons(grid, navigation);
+    auto* moves = new QHBoxLayout;
+    if (navigation == Navigation::With) {
+        for (QPushButton* move :
+             {controls.first, controls.previous, controls.next, controls.last}) {
+            move->setFixedWidth(36);
+            moves->addWidget(move);
+        }
+    }
+    moves->addStretch();
+    moves->addWidget(controls.quickFind);
+    auto* actions = new QHBoxLayout;
+    actions->addWidget(controls.add);
+    actions->addWidget(controls.remove);
+    actions->addStretch();
+    actions->addWidget(controls.saveFrame);
+    actions->addWidget(controls.help);
+    actions->addWidget(controls.exit);
+
+    auto* layout = new QVBoxLayout(this);
+    layout->addLayout(fields);
+    layout->addWidget(grid, 1);
+    layout->addLayout(moves);
+    layout->addLayout(actions);
+    setControls(controls);
+}
+
 void RecordScreen::setControls(const Controls& controls)
 {
     Q_ASSERT(controls.grid && controls.add && controls.update && controls.cancel &&
-             controls.remove && controls.exit && controls.first && controls.previous &&
-             controls.next && controls.last && controls.saveFrame);
+             controls.remove && controls.exit && controls.saveFrame);
     m_controls = controls;
     // Enter in a field must not press a button.
     for (QPushButton* button : findChildren<QPushButton*>()) {
         button->setAutoDefault(false);
         button->setDefault(false);
     }
-    connect(controls.add, &QPushButton::clicked, this, &RecordScreen::addRecord);
-    connect(controls.update, &QPushButton::clicked, this, &RecordScreen::onUpdate);
-    connect(controls.cancel, &QPushButton::clicked, this, &RecordScreen::onCancel);
-    connect(controls.remove, &QPushButton::clicked, this, &RecordScreen::onDelete);
-    connect(controls.exit, &QPushButton::clicked, this, &RecordScreen::onExit);
-    connect(controls.first, &QPushButton::clicked, this, &RecordScreen::onFirst);
-    connect(controls.previous, &QPushButton::clicked, this, &RecordScreen::onPrevious);
-    connect(controls.next, &QPushButton::clicked, this, &RecordScreen::onNext);
-    connect(controls.last, &QPushButton::clicked, this, &RecordScreen::onLast);
+    const auto connectButton = [this](QPushButton* button, void (RecordScreen::*slot)()) {
+        if (button) {
+            connect(button, &QPushButton::clicked, this, slot);
+        }
+    };
+    connectButton(controls.add, &RecordScreen::addRecord);
+    connectButton(controls.update, &RecordScreen::onUpdate);
+    connectButton(controls.cancel, &RecordScreen::onCancel);
+    connectButton(controls.remove, &RecordScreen::onDelete);
+    connectButton(controls.exit, &RecordScreen::onExit);
+    connectButton(controls.help, &RecordScreen::onHelp);
+    connectButton(controls.first, &RecordScreen::onFirst);
+    connectButton(controls.previous, &RecordScreen::onPrevious);
+    connectButton(controls.next, &RecordScreen::onNext);
+    connectButton(controls.last, &RecordScreen::onLast);
     if (controls.quickFind) {
         connect(controls.quickFind, &QPushButton::clicked, this, [this] {
             if (m_quickFind && !isEditing()) {
@@ -114,9 +174,22 @@ void RecordScreen::setControls(const Controls& controls)
     controls.saveFrame->hide();
 }
 
+void RecordScreen::bindField(QWidget* field, const QString& column, FieldBindings::Member member,
+                             const QString& caption, int checks)
+{
+    m_bindings.add(field, column, member, caption, checks);
+    watchChanges(field);
+}
+
 void RecordScreen::addField(QWidget* field, const QString& requiredCaption)
 {
-    m_fields.append({field, requiredCaption});
+    m_bindings.add(field, QString(), std::monostate(), requiredCaption,
+                   requiredCaption.isEmpty() ? FieldBindings::None : FieldBindings::Required);
+    watchChanges(field);
+}
+
+void RecordScreen::watchChanges(QWidget* field)
+{
     if (auto* line = qobject_cast<QLineEdit*>(field)) {
         connect(line, &QLineEdit::textChanged, this, &RecordScreen::onFieldChanged);
     } else if (auto* combo = qobject_cast<QComboBox*>(field)) {
@@ -146,10 +219,39 @@ void RecordScreen::setUniqueField(QLineEdit* field, const QString& column, bool 
     m_unique = {field, column, numeric, message};
 }
 
-void RecordScreen::setActionRights(UserRights::Right add, UserRights::Right update,
+void RecordScreen::setActionRights(UserRights::Right add, UserRights::Right modify,
                                    UserRights::Right remove)
 {
-    m_rights = std::array<UserRights::Right, 3>{add, update, remove};
+    m_rights = std::array<UserRights::Right, 3>{add, modify, remove};
+}
+
+bool RecordScreen::beginModify()
+{
+    if (isEditing()) {
+        return true;
+    }
+    if (!m_loaded || m_empty || !mayModify()) {
+        return false;
+    }
+    beginEdit(Mode::Modify, QStringLiteral("Field_Change"));
+    return true;
+}
+
+void RecordScreen::clearData()
+{
+    m_bindings.clear();
+}
+
+void RecordScreen::displayData(const QSqlRecord& record)
+{
+    if (!m_bindings.display(record)) {
+        m_session.prompter().inform(MessageTexts::LookupItemDeleted);
+    }
+}
+
+void RecordScreen::setObjectValues()
+{
+    m_bindings.collect();
 }
 
 void RecordScreen::setVisible(bool visible)
@@ -218,8 +320,8 @@ void RecordScreen::setFieldQuietly(const std::function<void()>& change)
 
 void RecordScreen::focusFirstField()
 {
-    if (!m_fields.isEmpty()) {
-        m_fields.first().widget->setFocus();
+    if (!m_bindings.bindings().isEmpty()) {
+        m_bindings.bindings().first().widget->setFocus();
     }
 }
 
@@ -245,6 +347,9 @@ void RecordScreen::load()
     m_oldKey.clear();
     m_mode = Mode::Browse;
     refreshRecordSet(m_pendingId);
+    if (std::exchange(m_startMode, Mode::Browse) == Mode::Add) {
+        addRecord();
+    }
 }
 
 void RecordScreen::unload()
@@ -311,7 +416,7 @@ void RecordScreen::updateControls()
     m_controls.saveFrame->setVisible(editing);
     // The grid stays in sight but cannot move to another record during an edit.
     m_controls.grid->setEnabled(!editing);
-    lockFields(!editing && m_empty);
+    lockFields(!editing && (m_empty || !mayModify()));
     navigationControls();
     enableControls();
 }
@@ -322,27 +427,28 @@ void RecordScreen::navigationControls()
     const bool enabled = !isEditing() && !m_empty;
     for (QPushButton* button :
          {m_controls.first, m_controls.previous, m_controls.next, m_controls.last}) {
-        button->setEnabled(enabled);
+        if (button) {
+            button->setEnabled(enabled);
+        }
     }
 }
 
 void RecordScreen::lockFields(bool locked)
 {
-    for (const Field& field : std::as_const(m_fields)) {
-        setLocked(field.widget, locked);
+    for (QWidget* field : m_bindings.widgets()) {
+        setLocked(field, locked);
     }
 }
 
-bool RecordScreen::checkRequired()
+bool RecordScreen::checkFields()
 {
-    for (const Field& field : std::as_const(m_fields)) {
-        if (!field.requiredCaption.isEmpty() && isBlankField(field.widget)) {
-            m_session.prompter().inform(MessageTexts::notBlank(field.requiredCaption));
-            field.widget->setFocus();
-            return false;
-        }
+    const auto failure = m_bindings.firstFailure();
+    if (!failure) {
+        return true;
     }
-    return true;
+    m_session.prompter().inform(failure->second);
+    failure->first->setFocus();
+    return false;
 }
 
 bool RecordScreen::checkUnique()
@@ -358,6 +464,11 @@ bool RecordScreen::checkUnique()
     m_session.prompter().inform(m_unique.message);
     m_unique.field->setFocus();
     return false;
+}
+
+bool RecordScreen::mayModify() const
+{
+    return !m_rights || m_session.rights().has((*m_rights)[int(Action::Modify)]);
 }
 
 bool RecordScreen::allowed(Action action)
@@ -390,18 +501,18 @@ bool RecordScreen::saveInsideSavepoint(QVariant* id)
 
 void RecordScreen::onFieldChanged()
 {
-    if (m_quiet > 0 || !m_loaded || isEditing() || m_empty) {
-        return;
+    if (m_quiet == 0) {
+        beginModify();
     }
-    beginEdit(Mode::Modify, QStringLiteral("Field_Change"));
 }
 
 void RecordScreen::onUpdate()
 {
-    if (!isEditing() || !allowed(Action::Update)) {
+    // A new record needed only the add right, which cmdAdd asked for.
+    if (!isEditing() || (m_mode == Mode::Modify && !allowed(Action::Modify))) {
         return;
     }
-    if (!checkRequired() || !validateFields() || !checkUnique()) {
+    if (!checkFields() || !validateFields() || !checkUnique()) {
         return;
     }
     setObjectValues();
@@ -463,6 +574,11 @@ void RecordScreen::onExit()
     endEdit(false);
     m_mode = Mode::Browse;
     done(QDialog::Rejected);
+}
+
+void RecordScreen::onHelp()
+{
+    HelpWindow::openManual(m_session);
 }
 
 void RecordScreen::onFirst()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "DataHelpers.h"
+#include "FieldBindings.h"
 #include "UserRights.h"
 
 #include <QDialog>
@@ -10,6 +11,7 @@
 #include <memory>
 #include <optional>
 
+class QLayout;
 class QLineEdit;
 class QPushButton;
 class RecordGrid;
@@ -19,16 +21,19 @@ class Transaction;
 /**
  * The behaviour every screen that maintains a table shares, in one place:
  * browse, add and modify ("B", "A", "M"), navigation, save, revert, delete,
- * the grid, the window's place and the grid's remembered layout.
+ * rights, the grid, the window's place and the grid's remembered layout.
  *
- * A screen builds its controls, hands them over with setControls() and
- * addField(), and fills in the hooks: loadRecords, clearData, displayData,
- * setObjectValues, saveRecord, canDelete and deleteRecord; validateFields
- * and enableControls when it has rules or controls of its own.
+ * A screen builds its fields, binds them to the columns of its rows and the
+ * members of its record object (bindField), lays them out with the common
+ * buttons (setStandardLayout, or standardButtons and setControls for a
+ * layout of its own), and fills in the hooks: loadRecords, saveRecord,
+ * canDelete and deleteRecord; validateFields and enableControls when it has
+ * rules or controls of its own; clearData, displayData and setObjectValues
+ * only for what the bindings do not cover.
  *
  * While an edit is open the screen holds a transaction through the session
- * flag: save commits it, revert rolls it back, and a screen opened meanwhile
- * joins it instead of opening a second one. Qt cannot grey the close box of
+ * flag: save commits it, revert rolls it back, and writes made meanwhile (a
+ * child grid's, another screen's) join it. Qt cannot grey the close box of
  * a shown window without hiding and re-showing it, which would end a modal
  * exec(); so while an edit is open a close request (close box, Escape) is
  * refused instead, and only cmdExit closes, dropping the edit.
@@ -54,6 +59,9 @@ public:
     /** The key of the record shown when the screen closed: the screen's choice. */
     QVariant chosenId() const { return m_pendingId; }
 
+    /** Shows the screen as a modal window; in mode Add it starts with cmdAdd. */
+    int run(Mode startMode = Mode::Browse);
+
     /** The cmdAdd event; nothing on a screen that is not open. */
     void addRecord();
 
@@ -62,7 +70,7 @@ public:
     void reject() override;
 
 protected:
-    /** The common controls; every pointer but quickFind is required. */
+    /** The common controls; every pointer but quickFind and the moves is required. */
     struct Controls
     {
         RecordGrid* grid = nullptr;
@@ -71,6 +79,7 @@ protected:
         QPushButton* cancel = nullptr;
         QPushButton* remove = nullptr;
         QPushButton* exit = nullptr;
+        QPushButton* help = nullptr;
         QPushButton* first = nullptr;
         QPushButton* previous = nullptr;
         QPushButton* next = nullptr;
@@ -78,6 +87,7 @@ protected:
         QPushButton* quickFind = nullptr;
         QWidget* saveFrame = nullptr; ///< holds update and cancel, shown while editing
     };
+    enum class Navigation { With, Without };
 
     /**
      * formName is the screen's objectName and the key of its remembered
@@ -86,15 +96,27 @@ protected:
     RecordScreen(Session& session, const QString& formName, const QString& tableName,
                  const QString& keyField, QWidget* parent = nullptr);
 
+    /**
+     * The common buttons with their names and captions: cmdAdd, cmdDelete,
+     * cmdQFind, cmdHelp, cmdExit, the frame fraSaveCancel with cmdUpdate and
+     * cmdCancel, and cmdFirst, cmdPrevious, cmdNext, cmdLast unless without.
+     */
+    Controls standardButtons(RecordGrid* grid, Navigation navigation = Navigation::With);
+    /** Lays fields above the grid and the common buttons below it, and connects them. */
+    void setStandardLayout(QLayout* fields, RecordGrid* grid,
+                           Navigation navigation = Navigation::With);
     /** Connects the common controls. Call once, after building them. */
     void setControls(const Controls& controls);
 
     /**
-     * An edit field, in the order of checking and focus: a user's change
-     * starts an edit, and it is locked while the table is empty. A field
-     * with a caption must not be blank ("Crew Number should not be blank.").
-     * Takes line edits, combo boxes, check boxes, spin boxes and text edits.
+     * A field tied to a column of the rows and a member of the record object
+     * (see FieldBindings), in the order of checking and focus. A user's change
+     * starts an edit; the field is locked while the table is empty or the
+     * user may not change records.
      */
+    void bindField(QWidget* field, const QString& column, FieldBindings::Member member,
+                   const QString& caption = QString(), int checks = FieldBindings::None);
+    /** A field the screen fills and reads itself; with a caption it must not be blank. */
     void addField(QWidget* field, const QString& requiredCaption = QString());
 
     /**
@@ -105,23 +127,35 @@ protected:
     void setUniqueField(QLineEdit* field, const QString& column, bool numeric,
                         const QString& message);
 
-    /** The rights cmdAdd, cmdUpdate and cmdDelete need; without this call none. */
-    void setActionRights(UserRights::Right add, UserRights::Right update, UserRights::Right remove);
+    /**
+     * The rights the screen's actions need: cmdAdd asks for add, cmdDelete
+     * for remove, and without modify a record's fields stay locked. Without
+     * this call every action is open.
+     */
+    void setActionRights(UserRights::Right add, UserRights::Right modify, UserRights::Right remove);
 
     /** What cmdQFind does; without one the button stays disabled. */
     void setQuickFind(std::function<void()> handler) { m_quickFind = std::move(handler); }
 
+    /**
+     * Starts a modify edit for a change the screen makes itself, such as a
+     * child grid's cell, through the same transaction as a field's change.
+     * True when an edit is open afterwards; false without a record or the
+     * right to change it, and the change must then not be made.
+     */
+    bool beginModify();
+
     // The hooks a screen fills in.
     /** The table's rows, in order, with the key field and the grid's fields. */
     virtual Rows loadRecords() = 0;
-    /** Empties every field. */
-    virtual void clearData() = 0;
-    /** Copies record into the fields. */
-    virtual void displayData(const QSqlRecord& record) = 0;
-    /** The screen's own checks after the required fields: message, focus, false. */
+    /** Empties every field; the bound ones by default. */
+    virtual void clearData();
+    /** Shows record in the fields; the bound ones by default, with the missing-lookup warning. */
+    virtual void displayData(const QSqlRecord& record);
+    /** The screen's own checks after the fields' own: message, focus, false. */
     virtual bool validateFields() { return true; }
-    /** Copies the fields, trimmed, into the screen's record object. */
-    virtual void setObjectValues() = 0;
+    /** Copies the fields, trimmed, into the record object; the bound ones by default. */
+    virtual void setObjectValues();
     /** Saves the record object by the mode; on success the saved key into id. */
     virtual bool saveRecord(QVariant* id) = 0;
     /** The name of what still uses the record, or empty text. */
@@ -132,6 +166,7 @@ protected:
 
     Session& session() const { return m_session; }
     RecordGrid* grid() const { return m_controls.grid; }
+    const FieldBindings& bindings() const { return m_bindings; }
     /** The record shown, or an empty one when the table is empty. */
     QSqlRecord currentRecord() const;
     QVariant currentId() const;
@@ -144,7 +179,7 @@ protected:
     void reportFailure(const QString& procedure, const QString& description);
 
 private:
-    enum class Action { Add, Update, Delete };
+    enum class Action { Add, Modify, Delete };
 
     void load();
     void unload();
@@ -155,8 +190,10 @@ private:
     void updateControls();
     void navigationControls();
     void lockFields(bool locked);
-    bool checkRequired();
+    void watchChanges(QWidget* field);
+    bool checkFields();
     bool checkUnique();
+    bool mayModify() const;
     bool allowed(Action action);
     bool saveInsideSavepoint(QVariant* id);
 
@@ -165,17 +202,13 @@ private:
     void onCancel();
     void onDelete();
     void onExit();
+    void onHelp();
     void onFirst();
     void onPrevious();
     void onNext();
     void onLast();
     void onRowChosen(int row);
 
-    struct Field
-    {
-        QWidget* widget;
-        QString requiredCaption;
-    };
     struct Unique
     {
         QLineEdit* field = nullptr;
@@ -188,12 +221,13 @@ private:
     QString m_tableName;
     QString m_keyField;
     Controls m_controls;
-    QList<Field> m_fields;
+    FieldBindings m_bindings;
     Unique m_unique;
     std::function<void()> m_quickFind;
     std::optional<std::array<UserRights::Right, 3>> m_rights;
     std::unique_ptr<Transaction> m_edit;
     Mode m_mode = Mode::Browse;
+    Mode m_startMode = Mode::Browse;
     bool m_empty = true;
     bool m_loaded = false;
     bool m_gridLayoutApplied = false;

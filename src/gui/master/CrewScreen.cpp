@@ -5,14 +5,9 @@
 #include "RecordGrid.h"
 #include "Session.h"
 
-#include <QFrame>
-#include <QGridLayout>
-#include <QHBoxLayout>
-#include <QLabel>
+#include <QFormLayout>
 #include <QLineEdit>
-#include <QPushButton>
 #include <QRegularExpressionValidator>
-#include <QVBoxLayout>
 
 namespace {
 
@@ -20,25 +15,10 @@ const QString CrewIdField = QStringLiteral("CrewID");
 const QString NumberField = QStringLiteral("CrewNumber");
 const QString DescriptionField = QStringLiteral("Description");
 
-QPushButton* button(QWidget* parent, const char* name, const QString& caption)
-{
-    auto* result = new QPushButton(caption, parent);
-    result->setObjectName(QString::fromLatin1(name));
-    return result;
-}
-
 QLineEdit* lineEdit(QWidget* parent, const char* name)
 {
     auto* result = new QLineEdit(parent);
     result->setObjectName(QString::fromLatin1(name));
-    return result;
-}
-
-QLabel* label(QWidget* parent, const char* name, const QString& caption, QWidget* buddy)
-{
-    auto* result = new QLabel(caption, parent);
-    result->setObjectName(QString::fromLatin1(name));
-    result->setBuddy(buddy);
     return result;
 }
 
@@ -50,7 +30,34 @@ CrewScreen::CrewScreen(Session& session, QWidget* parent)
       m_manager(session)
 {
     setWindowTitle(QStringLiteral("Crew"));
-    buildControls();
+    m_number = lineEdit(this, "txtCrewNumber");
+    m_number->setMaxLength(9);
+    m_number->setValidator(
+        new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[0-9]*")), m_number));
+    m_description = lineEdit(this, "txtDescription");
+    auto* fields = new QFormLayout;
+    fields->addRow(QStringLiteral("Crew &Number"), m_number);
+    fields->addRow(QStringLiteral("&Description"), m_description);
+
+    auto* grid = new RecordGrid(this);
+    grid->setObjectName(QStringLiteral("grdCrew"));
+    grid->setFields({{CrewIdField, CrewIdField},
+                     {NumberField, QStringLiteral("Crew Number")},
+                     {DescriptionField, QStringLiteral("Description")}},
+                    CrewIdField);
+    setStandardLayout(fields, grid);
+
+    bindField(m_number, NumberField, &m_crew.crewNumber, QStringLiteral("Crew Number"),
+              FieldBindings::Required);
+    bindField(m_description, DescriptionField, &m_crew.description, QStringLiteral("Description"),
+              FieldBindings::Required);
+    // The key travels in a hidden field; empty while a new crew is added.
+    auto* crewId = lineEdit(this, "txtCrewID");
+    crewId->hide();
+    bindField(crewId, CrewIdField, &m_crew.crewId);
+    setUniqueField(m_number, NumberField, true,
+                   QStringLiteral("Crew Number you specified already exists. Please enter a "
+                                  "different Crew Number."));
     resize(7425 / FormPlacement::TwipsPerPixel, 3810 / FormPlacement::TwipsPerPixel);
 }
 
@@ -59,7 +66,7 @@ QVariant CrewScreen::showCrewDetail(Session& session, Mode mode, const QVariant&
 {
     CrewScreen screen(session, parent);
     screen.setPendingId(id);
-    screen.exec();
+    screen.run();
     if (mode == Mode::Add) {
         // Too late to take effect: a closed screen starts no edit.
         screen.addRecord();
@@ -67,95 +74,9 @@ QVariant CrewScreen::showCrewDetail(Session& session, Mode mode, const QVariant&
     return screen.chosenId();
 }
 
-void CrewScreen::buildControls()
-{
-    m_crewId = lineEdit(this, "txtCrewID");
-    m_crewId->hide();
-    m_number = lineEdit(this, "txtCrewNumber");
-    m_number->setMaxLength(9);
-    m_number->setValidator(
-        new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[0-9]*")), m_number));
-    m_description = lineEdit(this, "txtDescription");
-
-    auto* fields = new QGridLayout;
-    fields->addWidget(label(this, "lblCrewNumber", QStringLiteral("Crew &Number"), m_number), 0, 0);
-    fields->addWidget(m_number, 0, 1);
-    fields->addWidget(label(this, "lblDescription", QStringLiteral("&Description"), m_description),
-                      1, 0);
-    fields->addWidget(m_description, 1, 1);
-
-    auto* grid = new RecordGrid(this);
-    grid->setObjectName(QStringLiteral("grdCrew"));
-    grid->setFields({{CrewIdField, CrewIdField},
-                     {NumberField, QStringLiteral("Crew Number")},
-                     {DescriptionField, QStringLiteral("Description")}},
-                    CrewIdField);
-
-    Controls controls;
-    controls.grid = grid;
-    controls.first = button(this, "cmdFirst", QStringLiteral("|<"));
-    controls.previous = button(this, "cmdPrevious", QStringLiteral("<"));
-    controls.next = button(this, "cmdNext", QStringLiteral(">"));
-    controls.last = button(this, "cmdLast", QStringLiteral(">|"));
-    controls.add = button(this, "cmdAdd", QStringLiteral("&Add"));
-    controls.remove = button(this, "cmdDelete", QStringLiteral("&Delete"));
-    controls.quickFind = button(this, "cmdQFind", QStringLiteral("&Find"));
-    controls.exit = button(this, "cmdExit", QStringLiteral("E&xit"));
-    auto* saveFrame = new QFrame(this);
-    saveFrame->setObjectName(QStringLiteral("fraSaveCancel"));
-    controls.saveFrame = saveFrame;
-    controls.update = button(saveFrame, "cmdUpdate", QStringLiteral("&Save"));
-    controls.cancel = button(saveFrame, "cmdCancel", QStringLiteral("Re&vert"));
-    auto* saveRow = new QHBoxLayout(saveFrame);
-    saveRow->setContentsMargins(0, 0, 0, 0);
-    saveRow->addWidget(controls.update);
-    saveRow->addWidget(controls.cancel);
-
-    auto* moves = new QHBoxLayout;
-    for (QPushButton* move : {controls.first, controls.previous, controls.next, controls.last}) {
-        move->setFixedWidth(36);
-        moves->addWidget(move);
-    }
-    moves->addStretch();
-    moves->addWidget(controls.quickFind);
-    auto* actions = new QHBoxLayout;
-    actions->addWidget(controls.add);
-    actions->addWidget(controls.remove);
-    actions->addStretch();
-    actions->addWidget(saveFrame);
-    actions->addWidget(controls.exit);
-
-    auto* layout = new QVBoxLayout(this);
-    layout->addLayout(fields);
-    layout->addWidget(grid, 1);
-    layout->addLayout(moves);
-    layout->addLayout(actions);
-
-    setControls(controls);
-    addField(m_number, QStringLiteral("Crew Number"));
-    addField(m_description, QStringLiteral("Description"));
-    setUniqueField(m_number, NumberField, true,
-                   QStringLiteral("Crew Number you specified already exists. Please enter a "
-                                  "different Crew Number."));
-}
-
 Rows CrewScreen::loadRecords()
 {
     return m_manager.list();
-}
-
-void CrewScreen::clearData()
-{
-    m_crewId->clear();
-    m_number->clear();
-    m_description->clear();
-}
-
-void CrewScreen::displayData(const QSqlRecord& record)
-{
-    m_crewId->setText(DataHelpers::replaceNull(record.value(CrewIdField)).toString());
-    m_number->setText(DataHelpers::replaceNull(record.value(NumberField)).toString());
-    m_description->setText(DataHelpers::replaceNull(record.value(DescriptionField)).toString());
 }
 
 bool CrewScreen::validateFields()
@@ -185,19 +106,9 @@ bool CrewScreen::confirmRename()
                                       QStringLiteral(". Do you want to do this?"))) {
         return true;
     }
-    setFieldQuietly([&] {
-        m_number->setText(oldNumber);
-        m_description->setText(oldDescription);
-    });
+    setFieldQuietly([&] { displayData(stored); });
     (numberChanged ? m_number : m_description)->setFocus();
     return false;
-}
-
-void CrewScreen::setObjectValues()
-{
-    m_crew.crewId = mode() == Mode::Add ? 0 : m_crewId->text().trimmed().toLongLong();
-    m_crew.crewNumber = m_number->text().trimmed().toLongLong();
-    m_crew.description = m_description->text().trimmed();
 }
 
 bool CrewScreen::saveRecord(QVariant* id)

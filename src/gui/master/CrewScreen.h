@@ -24,21 +24,16 @@ public:
 
 protected:
     Rows loadRecords() override;
-    void clearData() override;
-    void displayData(const QSqlRecord& record) override;
     bool validateFields() override;
-    void setObjectValues() override;
     bool saveRecord(QVariant* id) override;
     QString canDelete(const QVariant& id) override;
     bool deleteRecord(const QVariant& id) override;
 
 private:
-    void buildControls();
     bool confirmRename();
 
     CrewManager m_manager;
     Crew m_crew;
-    QLineEdit* m_crewId = nullptr;
     QLineEdit* m_number = nullptr;
     QLineEdit* m_description = nullptr;
 };
