@@ -130,6 +130,12 @@ bool writeStore(const Installation& installation, const NewInstallation& request
                    installation.path(QStringLiteral("doc")) + u'/');
     store.setValue(key, QStringLiteral("GUID"), QString());
     store.setValue(QString::fromLatin1(Installation::SyncKey), QStringLiteral("Path"), QString());
+    // The maker's pages and the host of the update document; an office may point them elsewhere.
+    const QString web = QString::fromLatin1(Installation::WebKey);
+    store.setValue(web, QStringLiteral("Host"), QStringLiteral("https://www.korvelle.com"));
+    store.setValue(web, QStringLiteral("Site"), QStringLiteral("https://www.korvelle.com/"));
+    store.setValue(web, QStringLiteral("Contact"),
+                   QStringLiteral("https://www.korvelle.com/contact.html"));
     request.connection.writeTo(store);
     return store.save(error);
 }

@@ -13,6 +13,8 @@ public:
     static constexpr auto MainKey = "Software\\Korvelle";
     static constexpr auto SyncKey = "Software\\Hesperon\\Korvelle";
     static constexpr auto DatabaseSection = "Database";
+    /** The maker's pages: Host (of the update document), Site and Contact. */
+    static constexpr auto WebKey = "Web";
 
     explicit Installation(QString home);
 

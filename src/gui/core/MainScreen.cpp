@@ -1,6 +1,7 @@
 #include "MainScreen.h"
 
 #include "AboutScreen.h"
+#include "ErrorHandler.h"
 #include "FormPlacement.h"
 #include "HelpFiles.h"
 #include "HelpWindow.h"
@@ -21,6 +22,7 @@
 #include <QStyle>
 #include <QToolBar>
 #include <QVBoxLayout>
+#include <exception>
 
 namespace {
 
@@ -356,8 +358,11 @@ bool MainScreen::setNavigatorHandler(int index, Handler handler)
     return true;
 }
 
-void MainScreen::setHomeWidget(QWidget* widget)
+void MainScreen::setHomeWidget(QWidget* widget, const Handler& reload)
 {
+    if (reload) {
+        connect(this, &MainScreen::activated, widget, reload);
+    }
     auto* row = static_cast<QHBoxLayout*>(centralWidget()->layout()->itemAt(1)->layout());
     delete row->replaceWidget(m_home, widget);
     m_home->deleteLater();
@@ -390,7 +395,7 @@ bool MainScreen::isAvailable(const QString& objectName) const
         return !storedUrl(QStringLiteral("Web"), QStringLiteral("Contact")).isEmpty();
     }
     if (objectName == QLatin1String("mnuCheckForUpdates")) {
-        return !storedUrl(QStringLiteral("Update"), QStringLiteral("URL")).isEmpty();
+        return !storedUrl(QStringLiteral("Web"), QStringLiteral("Host")).isEmpty();
     }
     return true;
 }
@@ -417,8 +422,7 @@ void MainScreen::runEntry(const QString& objectName)
         return;
     }
     // Copied: the handler may replace itself while it runs.
-    const Handler handler = m_handlers.value(objectName);
-    handler();
+    runTrapped(objectName, m_handlers.value(objectName));
     if (objectName == UpdateDatabase) {
         m_updateDatabaseRun = true; // one run; the next start tries again
         refreshEntries();
@@ -435,7 +439,18 @@ void MainScreen::runNavigator(int index)
     if (!menuEntry.isEmpty()) {
         runEntry(menuEntry);
     } else if (const Handler handler = m_navigatorHandlers[index]) {
+        runTrapped(QStringLiteral("lblQuickMenu"), handler);
+    }
+}
+
+void MainScreen::runTrapped(const QString& entry, const Handler& handler)
+{
+    // A failure of one entry is reported and the frame goes on; nothing may escape into Qt.
+    try {
         handler();
+    } catch (const std::exception& failure) {
+        errorHandler(m_session, objectName(), entry + QStringLiteral("_Click"), 1,
+                     QString::fromLocal8Bit(failure.what()));
     }
 }
 
@@ -518,8 +533,9 @@ void MainScreen::openUrl(const QUrl& url)
 
 void MainScreen::checkForUpdates()
 {
-    const QUrl url =
-        QUrl::fromUserInput(storedUrl(QStringLiteral("Update"), QStringLiteral("URL")));
+    // The document's place on the host is fixed; only the host is the installation's.
+    const QUrl url = QUrl::fromUserInput(storedUrl(QStringLiteral("Web"), QStringLiteral("Host")))
+                         .resolved(QUrl(QStringLiteral("/setup/LatestUPT/Korvelle.xml")));
     QByteArray document;
     QString error;
     QApplication::setOverrideCursor(Qt::WaitCursor);

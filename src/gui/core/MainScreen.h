@@ -47,8 +47,11 @@ public:
      */
     bool setNavigatorHandler(int index, Handler handler);
 
-    /** Puts the home view (the overdue board) in place of the empty home area. */
-    void setHomeWidget(QWidget* widget);
+    /**
+     * Puts the home view (the overdue board) in place of the empty home area;
+     * reload runs whenever the window gets the focus back, so the view is fresh.
+     */
+    void setHomeWidget(QWidget* widget, const Handler& reload = {});
     QWidget* homeWidget() const { return m_home; }
 
     /** How documents and web pages are opened; the desktop's browser and viewers by default. */
@@ -92,6 +95,7 @@ private:
 
     void showQuickStart();
     void openStoredUrl(const QString& section, const QString& name);
+    void runTrapped(const QString& entry, const Handler& handler);
     void checkForUpdates();
     void openUrl(const QUrl& url);
     QString storedUrl(const QString& section, const QString& name) const;
