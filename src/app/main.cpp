@@ -2,17 +2,14 @@
 // main screen and the screens of every library together.
 
 #include "CrewScreen.h"
-#include "ErrorReportSink.h"
-#include "HelpFiles.h"
+#include "DesktopStart.h"
 #include "MainCommandLine.h"
 #include "MainScreen.h"
 #include "MainScreenshot.h"
 #include "MessageBoxPrompter.h"
-#include "PrintedFailureSink.h"
 #include "ScriptedPrompter.h"
 #include "Session.h"
 #include "SetupScreen.h"
-#include "Startup.h"
 
 #include <QApplication>
 #include <QHash>
@@ -130,21 +127,9 @@ int main(int argc, char* argv[])
                     StartFailedExitCode);
     }
 
-    // Failures go to the error report screen, or to stderr where nobody can answer it.
-    PrintedFailureSink printedFailures(session, errors);
-    ErrorReportSink reportedFailures(session);
-    if (headless) {
-        session.setFailureSink(&printedFailures);
-    } else {
-        session.setFailureSink(&reportedFailures);
-    }
-
-    Startup startup(session);
-    if (startup.run() == Startup::Outcome::Exit) {
+    DesktopStart start(session, headless, errors);
+    if (!start.run()) {
         return StartFailedExitCode;
-    }
-    if (!HelpFiles::installMissing(session, QStringLiteral(":/bundled"), &error)) {
-        qWarning("%s", qPrintable(error)); // help then says the file is missing; the run goes on
     }
 
     MainScreen main(session);

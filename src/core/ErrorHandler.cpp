@@ -18,17 +18,23 @@ bool errorHandler(Session& session, const Failure& failure)
 }
 
 bool saveErrorList(Session& session, const Failure& failure, const QString& userMessage,
-                   const QString& userEmail)
+                   const QString& userEmail, QSqlError* error)
 {
-    if (!session.isOpen()) {
-        return false;
-    }
-    QSqlQuery q(session.sideDb());
-    return Sql::exec(q,
-                     QStringLiteral("INSERT INTO tblErrorList (ErrNumber, ErrDescription, "
-                                    "LineNumber, UserMsg, ModuleName, ProcedureName, ErrDateTime, "
-                                    "UserEmail) VALUES (?, ?, ?, ?, ?, ?, ?, ?)"),
-                     {failure.number, failure.description, failure.line, userMessage,
-                      failure.module, failure.procedure, SqlValue::dateTime(session.clock().now()),
-                      userEmail});
+    const QVariantList values{failure.number,
+                              failure.description,
+                              failure.line,
+                              userMessage,
+                              failure.module,
+                              failure.procedure,
+                              SqlValue::dateTime(session.clock().now()),
+                              userEmail};
+    const auto write = [values](QSqlQuery& q) {
+        return Sql::exec(q,
+                         QStringLiteral("INSERT INTO tblErrorList (ErrNumber, ErrDescription, "
+                                        "LineNumber, UserMsg, ModuleName, ProcedureName, "
+                                        "ErrDateTime, UserEmail) VALUES (?, ?, ?, ?, ?, ?, ?, ?)"),
+                         values);
+    };
+    return session.writeAside(
+        {QStringLiteral("frmSendEmail"), QStringLiteral("SaveErrorList"), write}, error);
 }

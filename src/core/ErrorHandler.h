@@ -4,6 +4,7 @@
 
 #include <QString>
 
+class QSqlError;
 class Session;
 
 /**
@@ -21,8 +22,9 @@ inline bool errorHandler(Session& session, const QString& module, const QString&
 
 /**
  * Keeps a failure in tblErrorList with the user's note and address, stamped with the
- * session's clock; false when it could not. Written through Session::sideDb(), so that on
- * PostgreSQL the row survives a rollback of the work that failed.
+ * session's clock; false, with why in error, when it could not. Written aside from the
+ * main connection's work (Session::writeAside), so that a rollback of the work that failed
+ * keeps the row, and held until the data is open when it is not yet.
  */
 bool saveErrorList(Session& session, const Failure& failure, const QString& userMessage = QString(),
-                   const QString& userEmail = QString());
+                   const QString& userEmail = QString(), QSqlError* error = nullptr);

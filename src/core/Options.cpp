@@ -29,7 +29,13 @@ QString option(Session& session, const QString& name, bool perWorkstation)
         return QString();
     }
     const QString key = perWorkstation ? guid + name : name;
-    QSqlQuery q(session.sideDb());
+    if (const std::optional<QString> held = session.heldOption(key)) {
+        return *held;
+    }
+    if (!session.isOpen()) {
+        return QString(); // nothing to read yet: the value a missing option has
+    }
+    QSqlQuery q(session.db2());
     q.setForwardOnly(true);
     if (!Sql::exec(q,
                    QStringLiteral("SELECT itemValue FROM tblSysOption "
@@ -50,18 +56,25 @@ void setOption(Session& session, const QString& name, const QString& value, bool
         setRegistryValue(session, GuidName, guid);
     }
     const QString key = perWorkstation ? guid + name : name;
-    QSqlQuery q(session.sideDb());
-    bool ok = Sql::exec(q,
-                        QStringLiteral("UPDATE tblSysOption SET itemValue = ? "
-                                       "WHERE LOWER(SysOption) = LOWER(?)"),
-                        {value, key});
-    if (ok && q.numRowsAffected() == 0) {
-        ok = Sql::exec(
-            q, QStringLiteral("INSERT INTO tblSysOption (itemValue, SysOption) VALUES (?, ?)"),
-            {value, key});
+    const auto write = [key, value](QSqlQuery& q) {
+        if (!Sql::exec(q,
+                       QStringLiteral("UPDATE tblSysOption SET itemValue = ? "
+                                      "WHERE LOWER(SysOption) = LOWER(?)"),
+                       {value, key})) {
+            return false;
+        }
+        return q.numRowsAffected() > 0 ||
+               Sql::exec(
+                   q,
+                   QStringLiteral("INSERT INTO tblSysOption (itemValue, SysOption) VALUES (?, ?)"),
+                   {value, key});
+    };
+    if (session.holdsSideWrites()) {
+        session.holdOption(key, value);
     }
-    if (!ok) {
-        errorHandler(session, Sql::failure(Module, procedure, q.lastError()));
+    QSqlError error;
+    if (!session.writeAside({Module, procedure, write}, &error)) {
+        errorHandler(session, Sql::failure(Module, procedure, error));
     }
 }
 

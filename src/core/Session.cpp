@@ -1,6 +1,12 @@
 #include "Session.h"
 
+#include "ErrorHandler.h"
+#include "Sql.h"
+
 #include <QAtomicInteger>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <utility>
 
 namespace {
 
@@ -45,6 +51,7 @@ bool Session::openDatabase(DatabaseError* error)
         return false;
     }
     m_open = true;
+    runHeldWrites();
     return true;
 }
 
@@ -69,7 +76,58 @@ QSqlDatabase Session::db2() const
     return QSqlDatabase::database(m_secondName, false);
 }
 
-QSqlDatabase Session::sideDb() const
+bool Session::holdsSideWrites() const
 {
-    return m_transactionOpen && m_dialect.isSqlite() ? db() : db2();
+    return !m_open || (m_transactionOpen && m_dialect.isSqlite());
+}
+
+bool Session::writeAside(SideWrite write, QSqlError* error)
+{
+    if (holdsSideWrites()) {
+        m_heldWrites.append(std::move(write));
+        return true;
+    }
+    QSqlQuery q(db2());
+    if (write.statements(q)) {
+        return true;
+    }
+    if (error) {
+        *error = q.lastError();
+    }
+    return false;
+}
+
+void Session::holdOption(const QString& key, const QString& value)
+{
+    m_heldOptions.insert(key.toLower(), value);
+}
+
+std::optional<QString> Session::heldOption(const QString& key) const
+{
+    const auto found = m_heldOptions.constFind(key.toLower());
+    return found == m_heldOptions.cend() ? std::nullopt : std::optional<QString>(*found);
+}
+
+void Session::setTransactionOpen(bool open)
+{
+    m_transactionOpen = open;
+    if (!open) {
+        runHeldWrites();
+    }
+}
+
+void Session::runHeldWrites()
+{
+    if (holdsSideWrites()) {
+        return;
+    }
+    // Taken first: a failure reported below may hold or run writes of its own.
+    const QList<SideWrite> held = std::exchange(m_heldWrites, {});
+    m_heldOptions.clear();
+    for (const SideWrite& write : held) {
+        QSqlQuery q(db2());
+        if (!write.statements(q)) {
+            errorHandler(*this, Sql::failure(write.module, write.procedure, q.lastError()));
+        }
+    }
 }

@@ -8,11 +8,16 @@
 #include "Store.h"
 #include "UserRights.h"
 
+#include <QHash>
 #include <QSqlDatabase>
 #include <QString>
+#include <functional>
+#include <optional>
 
 class FailureSink;
 class Prompter;
+class QSqlError;
+class QSqlQuery;
 
 /**
  * Everything one run of the program knows: where the installation is, the
@@ -55,12 +60,29 @@ public:
     QSqlDatabase db2() const;
     const SqlDialect& dialect() const { return m_dialect; }
     /**
-     * Where options and the error list are read and written: the second connection,
-     * so that they stand apart from work in progress on the main one. SQLite allows one
-     * writer, so while the main connection holds a transaction there they go through
-     * it instead of waiting for it and failing.
+     * A write that stands apart from the work on the main connection (an option, a
+     * kept failure): its statements on a query of the second connection, true when
+     * they succeed, and where a failure of a held write is reported.
      */
-    QSqlDatabase sideDb() const;
+    struct SideWrite
+    {
+        QString module;
+        QString procedure;
+        std::function<bool(QSqlQuery&)> statements;
+    };
+    /**
+     * Runs write on the second connection, so that a revert of the main one's work
+     * cannot take it back. It is held, and true returned, while it cannot run yet:
+     * before the data is open, and on SQLite, which allows one writer, while the main
+     * connection holds a transaction. Held writes run in order as soon as the data
+     * opens or the transaction ends, whichever way; their failures go to the error
+     * road. A write that runs at once and fails gives false and, with error, why.
+     */
+    bool writeAside(SideWrite write, QSqlError* error = nullptr);
+    /** An option held under its key (any case) until the held writes run. */
+    void holdOption(const QString& key, const QString& value);
+    std::optional<QString> heldOption(const QString& key) const;
+    bool holdsSideWrites() const;
 
     QString userName() const { return m_userName; }
     void setUserName(const QString& name) { m_userName = name; }
@@ -73,7 +95,7 @@ public:
 
     /** Set while a transaction is open on the main connection; see Transaction. */
     bool transactionOpen() const { return m_transactionOpen; }
-    void setTransactionOpen(bool open) { m_transactionOpen = open; }
+    void setTransactionOpen(bool open);
 
 private:
     Installation m_installation;
@@ -90,4 +112,8 @@ private:
     PlatformInfo m_platform;
     UserRights m_rights;
     bool m_transactionOpen = false;
+    QList<SideWrite> m_heldWrites;
+    QHash<QString, QString> m_heldOptions;
+
+    void runHeldWrites();
 };

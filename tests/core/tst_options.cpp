@@ -207,7 +207,8 @@ private slots:
     void failuresAreReportedUnderTheirProcedure()
     {
         TANDRILL_INSTALLATION(t);
-        t.session().closeDatabase();
+        QSqlQuery q(t.session().db());
+        QVERIFY(Sql::exec(q, u"DROP TABLE tblSysOption"_s));
         QCOMPARE(option(t.session(), u"SERVICE_LATE_RED"_s), QString());
         setOption(t.session(), u"SERVICE_LATE_RED"_s, u"5"_s);
         QStringList reported;

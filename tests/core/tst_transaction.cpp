@@ -1,9 +1,13 @@
+#include "ErrorHandler.h"
+#include "Options.h"
 #include "Sql.h"
 #include "TestInstallation.h"
 #include "Transaction.h"
+#include "WriteScope.h"
 
 #include <QSqlQuery>
 #include <QTest>
+#include <optional>
 
 using namespace Qt::StringLiterals;
 
@@ -150,6 +154,77 @@ private slots:
         QVERIFY(!tx.error().isEmpty());
         QVERIFY(!s.transactionOpen());
         QCOMPARE(crews(s.db2()), 0);
+    }
+
+    void writeScopeUndoesOnlyItsOwnWorkOnAFailure_data()
+    {
+        QTest::addColumn<bool>("joined");
+        QTest::addRow("own transaction") << false;
+        QTest::addRow("joined an open edit") << true;
+    }
+    void writeScopeUndoesOnlyItsOwnWorkOnAFailure()
+    {
+        QFETCH(bool, joined);
+        TANDRILL_INSTALLATION(t);
+        Session& s = t.session();
+        std::optional<Transaction> edit;
+        if (joined) {
+            edit.emplace(s);
+            QVERIFY(addCrew(s, 1));
+        }
+        {
+            WriteScope write(s, u"Crew"_s, u"SaveRecord"_s);
+            QVERIFY(write.exec(u"INSERT INTO tblCrew (CrewNumber) VALUES (2)"_s));
+            QVERIFY(!write.exec(u"INSERT INTO tblNope (x) VALUES (1)"_s));
+            QVERIFY2(!write.exec(u"INSERT INTO tblCrew (CrewNumber) VALUES (3)"_s), "stopped");
+            QVERIFY(!write.commit());
+        }
+        QCOMPARE(t.failures().failures().size(), 1);
+        QCOMPARE(t.failures().failures()[0].procedure, u"SaveRecord"_s);
+        QCOMPARE(s.transactionOpen(), joined);
+        QCOMPARE(crews(s.db()), joined ? 1 : 0); // the edit's own work stands
+        if (joined) {
+            QVERIFY(edit->commit());
+            QCOMPARE(crews(s.db2()), 1);
+        }
+    }
+
+    void optionsAndKeptFailuresOutliveARevertedEdit()
+    {
+        TANDRILL_INSTALLATION(t);
+        Session& s = t.session();
+        {
+            Transaction edit(s);
+            QVERIFY(addCrew(s, 1));
+            Options::setOption(s, u"frmCrewLEFT"_s, u"4500"_s);
+            QVERIFY(saveErrorList(s, Failure{u"frmCrew"_s, u"SaveRecord"_s, 5, u"it's gone"_s, 0}));
+            QCOMPARE(Options::option(s, u"FRMCREWLEFT"_s), u"4500"_s);
+            edit.rollback();
+        }
+        QCOMPARE(crews(s.db2()), 0);
+        QCOMPARE(Options::option(s, u"frmCrewLEFT"_s), u"4500"_s);
+        QSqlQuery q(s.db2());
+        QVERIFY(Sql::exec(q, u"SELECT ErrDescription FROM tblErrorList"_s) && q.next());
+        QCOMPARE(q.value(0).toString(), u"it's gone"_s);
+        QVERIFY(t.failures().isEmpty());
+    }
+
+    void heldWriteThatFailsLaterIsReported()
+    {
+        TANDRILL_INSTALLATION(t);
+        Session& s = t.session();
+        {
+            Transaction edit(s);
+            if (!s.holdsSideWrites()) {
+                QSKIP("only SQLite, with its one writer, holds writes during an edit");
+            }
+            QVERIFY(saveErrorList(s, Failure{u"frmCrew"_s, u"SaveRecord"_s, 5, u"x"_s, 0}));
+            QSqlQuery q(s.db());
+            QVERIFY(Sql::exec(q, u"DROP TABLE tblErrorList"_s));
+            QVERIFY(edit.commit());
+        }
+        QCOMPARE(t.failures().failures().size(), 1);
+        QCOMPARE(t.failures().failures()[0].procedure, u"SaveErrorList"_s);
     }
 };
 

@@ -1,5 +1,7 @@
+#include "DesktopStart.h"
 #include "Options.h"
 #include "ScreenTest.h"
+#include "Sql.h"
 #include "Startup.h"
 #include "Store.h"
 #include "TestInstallation.h"
@@ -8,6 +10,8 @@
 #include <QImage>
 #include <QLockFile>
 #include <QProcess>
+#include <QSqlQuery>
+#include <QTextStream>
 
 namespace {
 
@@ -136,6 +140,42 @@ private slots:
                  "a picture does not change the kept size");
     }
 
+    void movedInstallationReportsOnceAndStarts()
+    {
+        // A copied or moved installation: its stored PATH names a folder that is gone,
+        // so the update check fails before any data is open.
+        TANDRILL_INSTALLATION(t);
+        t.session().closeDatabase();
+        Store store(t.installation().storeFile());
+        QVERIFY(store.load());
+        store.setValue(QStringLiteral("Software\\Korvelle"), QStringLiteral("PATH"),
+                       t.home() + QStringLiteral("/gone/"));
+        QVERIFY(store.save());
+        Session session(t.installation(), t.prompter());
+        QVERIFY(session.loadStore(nullptr));
+        QString printed;
+        QTextStream errors(&printed);
+        DesktopStart start(session, false, errors);
+        QStringList reports;
+        QTimer answer; // the report screen, each time it shows, answered with Return
+        connect(&answer, &QTimer::timeout, [&reports] {
+            QWidget* modal = QApplication::activeModalWidget();
+            if (modal && modal->objectName() == QLatin1String("frmSendEmail")) {
+                reports.append(child<QLineEdit>(*modal, "txtProcedure")->text());
+                click(*modal, "cmdExit");
+            }
+        });
+        answer.start(20);
+        QVERIFY(start.run());
+        QCOMPARE(reports, QStringList{QStringLiteral("CheckForUpdate")});
+        QVERIFY(session.isOpen());
+        QSqlQuery q(session.db());
+        QVERIFY(Sql::exec(q, QStringLiteral("SELECT ProcedureName FROM tblErrorList")));
+        QVERIFY2(q.next() && q.value(0).toString() == QLatin1String("CheckForUpdate") && !q.next(),
+                 "the failure is kept once the data is open");
+        QVERIFY(printed.isEmpty());
+    }
+
     void pictureOfAnUnknownScreenIsRefused()
     {
         TANDRILL_INSTALLATION(t);
@@ -148,5 +188,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TestDesktopStart)
+QTEST_MAIN(TestDesktopStart)
 #include "tst_desktopstart.moc"

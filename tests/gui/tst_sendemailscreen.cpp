@@ -288,6 +288,31 @@ private slots:
                  second.description);
         t.session().setFailureSink(&t.failures());
     }
+
+    void failureToKeepIsToldOnTheSameScreenOnce()
+    {
+        TANDRILL_INSTALLATION(t);
+        ErrorReportSink sink(t.session());
+        t.session().setFailureSink(&sink);
+        QSqlQuery q(t.session().db());
+        QVERIFY(Sql::exec(q, QStringLiteral("DROP TABLE tblErrorList")));
+        QStringList shown; // each time Return is pressed: the screen and the procedure it shows
+        QTimer answer;
+        connect(&answer, &QTimer::timeout, [&shown, &sink] {
+            if (SendEmailScreen* screen = sink.openScreen(); screen && screen->isVisible()) {
+                shown.append(QString::number(quintptr(screen)) + u' ' +
+                             text(*screen, "txtProcedure"));
+                click(*screen, "cmdExit");
+            }
+        });
+        answer.start(20);
+        QVERIFY(errorHandler(t.session(), apostropheFailure()));
+        QCOMPARE(shown.size(), 2);
+        QCOMPARE(shown[1].section(u' ', 0, 0), shown[0].section(u' ', 0, 0));
+        QCOMPARE(shown[0].section(u' ', 1) + u'|' + shown[1].section(u' ', 1),
+                 QStringLiteral("cmdUpdate_Click|SaveErrorList"));
+        t.session().setFailureSink(&t.failures());
+    }
 };
 
 QTEST_MAIN(TestSendEmailScreen)

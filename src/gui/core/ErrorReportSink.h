@@ -31,4 +31,6 @@ private:
     QPointer<QWidget> m_parent;
     QPointer<SendEmailScreen> m_screen;
     SendEmailScreen::UrlOpener m_urlOpener;
+    bool m_building = false;
+    Failure m_latest;
 };

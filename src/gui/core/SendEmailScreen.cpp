@@ -6,6 +6,7 @@
 #include "Options.h"
 #include "Prompter.h"
 #include "Session.h"
+#include "Sql.h"
 
 #include <QDesktopServices>
 #include <QFormLayout>
@@ -15,6 +16,7 @@
 #include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QSqlError>
 #include <QUrl>
 #include <QVBoxLayout>
 
@@ -184,11 +186,13 @@ void SendEmailScreen::onDelivered(bool sent, const QString& /*error*/)
         return;
     }
     // The report is kept here, and the user's own mail program gets a ready-made mail.
-    keepInErrorList();
+    const bool kept = keepInErrorList();
     const ErrorReport::MailEndpoint mail = ErrorReport::MailEndpoint::fromStore(m_session.store());
     m_urlOpener(QUrl(ErrorReport::mailtoLink(mail.recipients().join(u','), m_details)));
     setSending(false);
-    accept();
+    if (kept) {
+        accept();
+    }
 }
 
 void SendEmailScreen::leaveWithoutSending()
@@ -196,8 +200,9 @@ void SendEmailScreen::leaveWithoutSending()
     if (isSending()) {
         return;
     }
-    keepInErrorList();
-    QDialog::reject();
+    if (keepInErrorList()) {
+        QDialog::reject();
+    }
 }
 
 void SendEmailScreen::reject()
@@ -205,9 +210,18 @@ void SendEmailScreen::reject()
     leaveWithoutSending();
 }
 
-void SendEmailScreen::keepInErrorList()
+bool SendEmailScreen::keepInErrorList()
 {
-    saveErrorList(m_session, m_failure, m_userMessage->toPlainText(), m_email->text().trimmed());
+    const QString procedure = QStringLiteral("SaveErrorList");
+    QSqlError error;
+    if (saveErrorList(m_session, m_failure, m_userMessage->toPlainText(), m_email->text().trimmed(),
+                      &error) ||
+        (m_failure.module == objectName() && m_failure.procedure == procedure)) {
+        return true; // a failure to keep a failed save is told once, then let go
+    }
+    // Reported through this screen, which then shows why the failure could not be kept.
+    errorHandler(m_session, Sql::failure(objectName(), procedure, error));
+    return false;
 }
 
 void SendEmailScreen::setSending(bool sending)

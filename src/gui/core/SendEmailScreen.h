@@ -53,7 +53,8 @@ private:
     void leaveWithoutSending();
     void onDelivered(bool sent, const QString& error);
     void setSending(bool sending);
-    void keepInErrorList();
+    /** False when the failure could not be kept and the screen now shows why. */
+    bool keepInErrorList();
 
     Session& m_session;
     Failure m_failure;
