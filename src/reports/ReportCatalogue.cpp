@@ -1,0 +1,107 @@
+#include "ReportCatalogue.h"
+
+namespace ReportCatalogue {
+
+namespace {
+
+ReportDefinition equipmentList()
+{
+    ReportDefinition d;
+    d.procedure = QStringLiteral("ShowEquipmentListDetail");
+    d.layout = QStringLiteral("rptEquipmentList");
+    d.title = QStringLiteral("Equipment List");
+    d.baseQuery = QStringLiteral(
+        "SELECT tblEquipment.EquipmentName, tblEquipment.UnitNo, tblIndicator.ItemName AS "
+        "EquipmentType, tblIndicator_1.ItemName AS EquipmentMake, tblIndicator_2.ItemName AS "
+        "EquipmentModel, tblSite.SiteName AS SiteID, tblLocation.LocationName AS LocationID, "
+        "tblCrew.CrewNumber AS CrewID FROM (((((tblEquipment LEFT JOIN tblIndicator ON "
+        "tblEquipment.EquipmentType = tblIndicator.ItemID) LEFT JOIN tblIndicator AS "
+        "tblIndicator_1 ON tblEquipment.EquipmentMake = tblIndicator_1.ItemID) LEFT JOIN "
+        "tblIndicator AS tblIndicator_2 ON tblEquipment.EquipmentModel = tblIndicator_2.ItemID)  "
+        "LEFT JOIN tblSite ON tblEquipment.SiteID = tblSite.SiteID) LEFT JOIN tblLocation ON "
+        "tblEquipment.LocationID = tblLocation.LocationID) LEFT JOIN tblCrew ON "
+        "tblEquipment.CrewID = tblCrew.CrewID");
+    d.ending = QStringLiteral(" ORder by tblEquipment.EquipmentName ASC");
+    d.question = QStringLiteral("Incorrect filter. Show all Equipment Details?");
+    d.emptyMessage = NoRecordsMet;
+    return d;
+}
+
+ReportDefinition serviceList()
+{
+    ReportDefinition d;
+    d.procedure = QStringLiteral("ShowServiceList");
+    d.layout = QStringLiteral("rptServiceList");
+    d.title = QStringLiteral("List Of Services");
+    d.baseQuery = QStringLiteral(
+        "SELECT tblServices.Name, tblServices.Period, tblServices.EInterval,  "
+        "tblServices.LaborEstimate, tblCostCenter.Description, tblServices.CostEstimate  FROM "
+        "(tblServices INNER JOIN tblCrew ON tblServices.CrewID = tblCrew.CrewID)  INNER JOIN "
+        "tblCostCenter ON tblServices.CostCenterID = tblCostCenter.CostCenterID");
+    d.ending = QStringLiteral(" Order by tblServices.Name");
+    d.takesFilter = false;
+    d.emptyMessage = NoRecordsMet;
+    return d;
+}
+
+ReportDefinition errorList()
+{
+    ReportDefinition d;
+    d.procedure = QStringLiteral("ShowErrorList");
+    d.layout = QStringLiteral("rptErrorReport");
+    d.title = QStringLiteral("Error Report");
+    d.baseQuery = QStringLiteral("SELECT ErrNumber, LineNumber, ModuleName, ProcedureName, "
+                                 "ErrDescription, UserMsg, ErrDateTime FROM tblErrorList Order "
+                                 "by ErrDateTime Asc");
+    d.takesFilter = false;
+    d.customLookup = false;
+    d.emptyMessage = NoRecordsFound;
+    d.header = ReportHeader::SystemFacts;
+    return d;
+}
+
+ReportDefinition dateReport(const QString& procedure, const QString& layout, const QString& title,
+                            const QString& dateColumn)
+{
+    ReportDefinition d;
+    d.procedure = procedure;
+    d.layout = layout;
+    d.title = title;
+    d.baseQuery = QStringLiteral("SELECT EquipmentID, UnitNo, EquipmentName,%1 FROM tblEquipment")
+                      .arg(dateColumn);
+    d.ending = QStringLiteral(" order by UnitNo, EquipmentName");
+    d.question = QStringLiteral("Incorrect filter. Show all Equipment Details?");
+    d.emptyMessage = NoRecordsFound;
+    return d;
+}
+
+} // namespace
+
+const QList<ReportDefinition>& all()
+{
+    static const QList<ReportDefinition> reports{
+        equipmentList(),
+        dateReport(QStringLiteral("ShowEquipmentInspectionReport"),
+                   QStringLiteral("rptEquipmentInspectionDate"),
+                   QStringLiteral("Equipment Inspection Report"), QStringLiteral("InspectionDate")),
+        dateReport(
+            QStringLiteral("ShowEquipmentLicenseReport"), QStringLiteral("rptEquipmentLicenseDate"),
+            QStringLiteral("Equipment License Report"), QStringLiteral("LicenseRenewalDate")),
+        serviceList(),
+        errorList(),
+    };
+    return reports;
+}
+
+const ReportDefinition* find(const QString& name)
+{
+    for (const ReportDefinition& report : all()) {
+        if (report.procedure.compare(name, Qt::CaseInsensitive) == 0 ||
+            report.layout.compare(name, Qt::CaseInsensitive) == 0) {
+            return &report;
+        }
+    }
+    return nullptr;
+}
+
+} // namespace ReportCatalogue
