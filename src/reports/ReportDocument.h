@@ -35,10 +35,6 @@ public:
     void setToday(const QDate& today) { m_today = today; }
     QDate today() const { return m_today; }
 
-    /** Where the layout was read from. */
-    void setSourcePath(const QString& path) { m_sourcePath = path; }
-    QString sourcePath() const { return m_sourcePath; }
-
     /** The field index of group level. */
     int groupField(int level) const { return m_groupFields[level]; }
     /** A group's header or footer text with "{value}" filled in from the row. */
@@ -54,5 +50,4 @@ private:
     QList<int> m_groupFields;
     QHash<QString, QString> m_texts; ///< by object name in small letters
     QDate m_today;
-    QString m_sourcePath;
 };

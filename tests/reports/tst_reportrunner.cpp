@@ -1,0 +1,250 @@
+#include "ErrorHandler.h"
+#include "LayoutFiles.h"
+#include "Options.h"
+#include "ReportRunner.h"
+#include "Sql.h"
+#include "TestInstallation.h"
+
+#include <QDir>
+#include <QFile>
+#include <QSqlQuery>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/** What the viewer was given, kept after the runner let go of it. */
+struct Shown
+{
+    QString title;
+    qsizetype rows = 0;
+    QHash<QString, QString> texts; ///< the header's objects by name
+    QVariantList firstRow;
+};
+
+/** A runner whose viewer records what it was given. */
+struct RecordingRunner
+{
+    explicit RecordingRunner(Session& session)
+        : runner(session, [this](ReportDocument& document) {
+              Shown s{document.layout().title, document.rowCount(), {}, {}};
+              for (const TextObject& object : document.layout().header) {
+                  s.texts.insert(object.name, document.text(object));
+              }
+              for (int f = 0; f < document.layout().fields().size(); ++f) {
+                  s.firstRow.append(document.value(0, f));
+              }
+              shown.append(s);
+          })
+    {}
+    ReportRunner runner;
+    QList<Shown> shown;
+};
+
+void addEquipment(Session& session, qint64 id, const QString& name, const QString& unit,
+                  const QString& inspection = QString())
+{
+    QSqlQuery q(session.db());
+    QVERIFY(Sql::exec(q,
+                      u"INSERT INTO tblEquipment (EquipmentID, EquipmentName, UnitNo, "
+                      "InspectionDate, Inactive) VALUES (?, ?, ?, ?, '0')"_s,
+                      {id, name, unit, inspection.isEmpty() ? QVariant() : QVariant(inspection)}));
+}
+
+void writeCustom(const TestInstallation& t, const QString& layout, const QByteArray& text)
+{
+    QFile file(t.installation().path(LayoutFiles::CustomFolder + u'/' + layout + u".rpt"_s));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(text);
+}
+
+const QByteArray MineWithoutCompany =
+    R"({"title": "Mine", "pageHeader": [{"name": "lblTitle", "text": "Mine"}],
+        "columns": [{"field": "EquipmentName", "width": 50}]})";
+
+} // namespace
+
+class TestReportRunner : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { TANDRILL_REQUIRE_ENGINE(); }
+    void statementJoinsQueryFilterAndEnding_data();
+    void statementJoinsQueryFilterAndEnding();
+    void customLayoutWinsUntilDeleted();
+    void badFilterAsksForTheWholeList_data();
+    void badFilterAsksForTheWholeList();
+    void filterBindsItsValues();
+    void filterMatchingNothingShowsNoViewer();
+    void unknownFieldFailsNamingLayoutAndField();
+    void errorListTakesOnlyTheStandardLayout();
+    void valuesAreTypedAlikeOnBothEngines();
+
+private:
+    /** An installation with its standard layouts and three machines. */
+    static void prepare(TestInstallation& t)
+    {
+        QString error;
+        QVERIFY2(LayoutFiles::installStandard(t.installation(), &error), qPrintable(error));
+        addEquipment(t.session(), 1, u"Mower"_s, u"M-1"_s);
+        addEquipment(t.session(), 2, u"Truck"_s, u"T-1"_s, u"2025-06-30"_s);
+        addEquipment(t.session(), 3, u"Blower"_s, u"B-1"_s);
+        Options::setOption(t.session(), u"GEN_COMPANY_NAME"_s, u"Greenway Grounds"_s);
+    }
+};
+
+void TestReportRunner::statementJoinsQueryFilterAndEnding_data()
+{
+    QTest::addColumn<QString>("filter");
+    QTest::addColumn<QString>("statement");
+    QTest::addRow("empty") << QString() << u"SELECT a FROM t ORDER BY a"_s;
+    QTest::addRow("blank") << u"   "_s << u"SELECT a FROM t ORDER BY a"_s;
+    QTest::addRow("with its WHERE")
+        << u" Where a = ? "_s << u"SELECT a FROM t Where a = ? ORDER BY a"_s;
+}
+
+void TestReportRunner::statementJoinsQueryFilterAndEnding()
+{
+    QFETCH(QString, filter);
+    QFETCH(QString, statement);
+    ReportDefinition report;
+    report.baseQuery = u"SELECT a FROM t"_s;
+    report.ending = u" ORDER BY a"_s;
+    QCOMPARE(ReportRunner::statement(report, filter), statement);
+}
+
+void TestReportRunner::customLayoutWinsUntilDeleted()
+{
+    TANDRILL_INSTALLATION(t);
+    prepare(t);
+    RecordingRunner r(t.session());
+    writeCustom(t, u"rptEquipmentList"_s, MineWithoutCompany);
+    QVERIFY(r.runner.showEquipmentListDetail({}));
+    QVERIFY(QFile::remove(t.installation().path(u"Custom Reports/rptEquipmentList.rpt"_s)));
+    QVERIFY(r.runner.showEquipmentListDetail({}));
+    QCOMPARE(r.shown.size(), 2);
+    QCOMPARE(r.shown[0].title, u"Mine"_s); // printed, without a company line
+    QCOMPARE(r.shown[0].rows, 3);
+    QCOMPARE(r.shown[1].title, u"Equipment List"_s);
+    QCOMPARE(r.shown[1].texts.value(u"lblCompanyName"_s), u"Greenway Grounds"_s);
+    QVERIFY(t.failures().isEmpty());
+}
+
+void TestReportRunner::badFilterAsksForTheWholeList_data()
+{
+    QTest::addColumn<QString>("where");
+    QTest::addColumn<QVariantList>("values");
+    QTest::addColumn<bool>("yes");
+    QTest::addColumn<bool>("onSQLite");
+    const QString misspelt = u"WHERE tblEquipment.EquipmentNam = ?"_s;
+    QTest::addRow("unknown name, yes") << misspelt << QVariantList{u"x"_s} << true << true;
+    QTest::addRow("unknown name, no") << misspelt << QVariantList{u"x"_s} << false << true;
+    QTest::addRow("syntax error, yes")
+        << u"WHERE EquipmentName = = ?"_s << QVariantList{u"x"_s} << true << true;
+    // SQLite compares values of any types without failing.
+    QTest::addRow("type mismatch, yes")
+        << u"WHERE tblEquipment.EquipmentID = ?"_s << QVariantList{u"abc"_s} << true << false;
+}
+
+void TestReportRunner::badFilterAsksForTheWholeList()
+{
+    QFETCH(QString, where);
+    QFETCH(QVariantList, values);
+    QFETCH(bool, yes);
+    QFETCH(bool, onSQLite);
+    if (!onSQLite && !TestInstallation::wantsPostgres()) {
+        QSKIP("no such failure on SQLite");
+    }
+    TANDRILL_INSTALLATION(t);
+    prepare(t);
+    RecordingRunner r(t.session());
+    t.prompter().queueAnswer(yes ? Prompter::Answer::Yes : Prompter::Answer::No);
+    QCOMPARE(r.runner.showEquipmentListDetail({where, values}), yes);
+    QCOMPARE(t.prompter().texts(), QStringList{u"Incorrect filter. Show all Equipment Details?"_s});
+    QCOMPARE(t.prompter().shown()[0].buttons, Prompter::Buttons::YesNo);
+    QCOMPARE(r.shown.size(), yes ? 1 : 0);
+    if (yes) {
+        QCOMPARE(r.shown[0].rows, 3);
+    }
+    QVERIFY(t.failures().isEmpty());
+}
+
+void TestReportRunner::filterBindsItsValues()
+{
+    TANDRILL_INSTALLATION(t);
+    prepare(t);
+    RecordingRunner r(t.session());
+    // A value with a quote in it stays a value.
+    addEquipment(t.session(), 4, u"O'Brien's cart"_s, u"C-1"_s);
+    QVERIFY(r.runner.showEquipmentListDetail(
+        {u"where LOWER(tblEquipment.EquipmentName) = LOWER(?)"_s, {u"o'brien's CART"_s}}));
+    QCOMPARE(r.shown.value(0).rows, 1);
+    QVERIFY(t.prompter().texts().isEmpty());
+}
+
+void TestReportRunner::filterMatchingNothingShowsNoViewer()
+{
+    TANDRILL_INSTALLATION(t);
+    prepare(t);
+    RecordingRunner r(t.session());
+    QVERIFY(!r.runner.showEquipmentListDetail({u"WHERE tblEquipment.UnitNo = ?"_s, {u"Z-9"_s}}));
+    QVERIFY(r.shown.isEmpty());
+    QCOMPARE(t.prompter().texts(),
+             QStringList{u"No records met the conditions that were specified."_s});
+    QCOMPARE(t.prompter().shown()[0].icon, Prompter::Icon::Information);
+}
+
+void TestReportRunner::unknownFieldFailsNamingLayoutAndField()
+{
+    TANDRILL_INSTALLATION(t);
+    prepare(t);
+    RecordingRunner r(t.session());
+    writeCustom(t, u"rptEquipmentList"_s, R"({"columns": [{"field": "Colour", "width": 5}]})");
+    QVERIFY(!r.runner.showEquipmentListDetail({}));
+    QVERIFY(r.shown.isEmpty());
+    QCOMPARE(t.failures().failures().size(), 1);
+    const Failure failure = t.failures().failures()[0];
+    QCOMPARE(failure.module, u"frmReportPreview"_s);
+    QCOMPARE(failure.procedure, u"ShowEquipmentListDetail"_s);
+    QCOMPARE(failure.description, u"The report layout rptEquipmentList shows the field Colour, "
+                                  "which its query does not give."_s);
+}
+
+void TestReportRunner::errorListTakesOnlyTheStandardLayout()
+{
+    TANDRILL_INSTALLATION(t);
+    RecordingRunner r(t.session());
+    QVERIFY(!r.runner.showErrorList());
+    QCOMPARE(t.prompter().texts(), QStringList{u"Report not found."_s});
+    prepare(t);
+    writeCustom(t, u"rptErrorReport"_s, MineWithoutCompany);
+    t.prompter().clear();
+    QVERIFY(!r.runner.showErrorList());
+    QCOMPARE(t.prompter().texts(), QStringList{u"No records found."_s});
+    QVERIFY(saveErrorList(t.session(), Failure{u"modX"_s, u"DoIt"_s, 5, u"Broke"_s, 7}));
+    Options::setOption(t.session(), u"DBversion"_s, u"42"_s);
+    QVERIFY(r.runner.showErrorList());
+    const Shown& shown = r.shown.value(0);
+    QCOMPARE(shown.title, u"Error Report"_s);
+    QCOMPARE(shown.texts.value(u"lblCompanyName"_s), u"Greenway Grounds"_s);
+    QCOMPARE(shown.texts.value(u"lblDBversion"_s), u"42"_s);
+    QCOMPARE(shown.texts.value(u"lblVersion"_s), Options::versionNo(t.session()));
+    QCOMPARE(shown.texts.value(u"lblSystem"_s), t.session().platform().name);
+    QVERIFY(!shown.texts.value(u"lblComputerName"_s).isEmpty());
+}
+
+void TestReportRunner::valuesAreTypedAlikeOnBothEngines()
+{
+    TANDRILL_INSTALLATION(t);
+    prepare(t);
+    RecordingRunner r(t.session());
+    QVERIFY(r.runner.show(*ReportCatalogue::find(u"ShowEquipmentInspectionReport"_s),
+                          {u"WHERE EquipmentID = ?"_s, {2}}));
+    // UnitNo, EquipmentName, InspectionDate
+    QCOMPARE(r.shown.value(0).firstRow, (QVariantList{u"T-1"_s, u"Truck"_s, QDate(2025, 6, 30)}));
+}
+
+QTEST_MAIN(TestReportRunner)
+#include "tst_reportrunner.moc"
