@@ -217,7 +217,9 @@ void Reader::readColumns(const QJsonObject& root, ReportLayout* layout)
         if (column.field.isEmpty()) {
             fail(QStringLiteral("a column has no field."));
         }
-        column.caption = text(item, QStringLiteral("caption"));
+        column.caption = item.contains(QStringLiteral("caption"))
+                             ? text(item, QStringLiteral("caption"))
+                             : column.field;
         column.width = number(item, QStringLiteral("width"), 0);
         if (column.width <= 0) {
             fail(QStringLiteral("the column %1 needs a width above 0.").arg(column.field));

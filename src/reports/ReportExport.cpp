@@ -75,7 +75,7 @@ bool writeCsv(const ReportDocument& document, const QString& path, QString* erro
     }
     QStringList fields;
     for (const ReportColumn& column : columns) {
-        fields.append(csvField(column.caption.isEmpty() ? column.field : column.caption));
+        fields.append(csvField(column.caption));
     }
     file.write((fields.join(u',') + QStringLiteral("\r\n")).toUtf8());
     for (qsizetype row = 0; row < document.rowCount(); ++row) {

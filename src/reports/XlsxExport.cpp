@@ -94,11 +94,9 @@ bool writeXlsx(const ReportDocument& document, const QString& path, QString* err
     lxw_worksheet* sheet = workbook_add_worksheet(book, document.layout().name.left(31).toUtf8());
     lxw_error result = LXW_NO_ERROR;
     for (int c = 0; c < columns.size(); ++c) {
-        const QString caption =
-            columns[c].caption.isEmpty() ? columns[c].field : columns[c].caption;
         worksheet_set_column(sheet, lxw_col_t(c), lxw_col_t(c),
                              qMax(8.0, columns[c].width / MillimetresPerCharacter), nullptr);
-        worksheet_write_string(sheet, 0, lxw_col_t(c), caption.toUtf8().constData(),
+        worksheet_write_string(sheet, 0, lxw_col_t(c), columns[c].caption.toUtf8().constData(),
                                formats.header);
     }
     worksheet_freeze_panes(sheet, 1, 0);
