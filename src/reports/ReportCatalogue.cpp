@@ -75,6 +75,66 @@ ReportDefinition dateReport(const QString& procedure, const QString& layout, con
     return d;
 }
 
+ReportDefinition supplierReport()
+{
+    ReportDefinition d;
+    d.procedure = QStringLiteral("ShowSupplierReport");
+    d.layout = QStringLiteral("rptSupplierReport");
+    d.title = QStringLiteral("Supplier Report");
+    d.baseQuery = QStringLiteral(
+        "SELECT tblSupplier.SupplierID, tblSupplier.Name, tblSupplier.Tax,  tblSupplier.Terms, "
+        "tblSupplier.CreditLimit, tblSupplier.Email,  tblSupplier.WebSite, tblSupplier.Address, "
+        "tblSupplier.Address2,  tblSupplier.City, tblIndicator.ItemName, tblSupplier.Zip,  "
+        "tblSupplier.Phone, tblSupplier.Fax, tblSupplier.Atten, tblSupplier.LicenseNo, "
+        "tblSupplier.ContactName, tblSupplier.Notes  FROM tblSupplier LEFT JOIN tblIndicator ON  "
+        "tblSupplier.State = tblIndicator.ItemID ");
+    d.ending = QStringLiteral("order by tblSupplier.Name");
+    d.question = QStringLiteral("Incorrect filter. Show all Supplier Details?");
+    d.emptyMessage = NoRecordsMet;
+    return d;
+}
+
+ReportDefinition inventoryReport()
+{
+    ReportDefinition d;
+    d.procedure = QStringLiteral("ShowInventoryReport");
+    d.layout = QStringLiteral("rptInventoryReport");
+    d.title = QStringLiteral("Inventory Report");
+    d.baseQuery = QStringLiteral(
+        "SELECT tblIndicator.ItemName AS Category, tblSupplier.Name, tblPart.PartID, "
+        "tblPart.Description, tblPart.PartCategoryID, tblPart.Quantity, tblPart.Price, "
+        "tblPart.Bin, tblPart.Inactive FROM (tblPart LEFT JOIN tblIndicator ON "
+        "tblPart.PartCategoryID = tblIndicator.ItemID) LEFT JOIN tblSupplier ON "
+        "tblPart.SupplierID = tblSupplier.SupplierID");
+    d.afterFilter = QStringLiteral(" and TrackInventory=0");
+    d.withoutFilter = QStringLiteral(" where TrackInventory=0");
+    d.ending = QStringLiteral(" Order by tblPart.PartID");
+    d.question = QStringLiteral("Incorrect filter. Show all Equipment Details?");
+    d.emptyMessage = NoRecordsMet;
+    return d;
+}
+
+ReportDefinition inventoryReorder()
+{
+    ReportDefinition d;
+    d.procedure = QStringLiteral("ShowInventoryReOrderReport");
+    d.layout = QStringLiteral("rptInventoryReorderReport");
+    d.title = QStringLiteral("Inventory Reorder");
+    d.baseQuery = QStringLiteral(
+        "SELECT PartID, Description, Quantity, QtyMax AS QtyRequired, ItemName AS Category, "
+        "Name, Inactive FROM (tblPart LEFT JOIN tblSupplier ON tblPart.SupplierID = "
+        "tblSupplier.SupplierID) LEFT JOIN tblIndicator ON tblPart.PartCategoryID = "
+        "tblIndicator.ItemID ");
+    // The filter screen hands this report a condition only: the WHERE is its own.
+    d.beforeFilter = QStringLiteral(" Where Inactive = 0 and TrackInventory=0 and ");
+    d.withoutFilter =
+        QStringLiteral(" WHERE Inactive = 0 and TrackInventory=0 and (Quantity<QtyMin)");
+    d.question =
+        QStringLiteral("Incorrect filter. Show all Inventory Reorder with Posted Services?");
+    d.emptyMessage = NoRecordsMet;
+    return d;
+}
+
 } // namespace
 
 const QList<ReportDefinition>& all()
@@ -88,6 +148,9 @@ const QList<ReportDefinition>& all()
             QStringLiteral("ShowEquipmentLicenseReport"), QStringLiteral("rptEquipmentLicenseDate"),
             QStringLiteral("Equipment License Report"), QStringLiteral("LicenseRenewalDate")),
         serviceList(),
+        inventoryReport(),
+        inventoryReorder(),
+        supplierReport(),
         errorList(),
     };
     return reports;

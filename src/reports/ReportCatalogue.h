@@ -19,7 +19,10 @@ struct ReportDefinition
     QString layout;    ///< the layout file's name without extension
     QString title;     ///< the menu title
     QString baseQuery;
-    QString ending; ///< after the filter: the GROUP BY and the ordering
+    QString beforeFilter = QStringLiteral(" "); ///< joins the query and a filter
+    QString afterFilter;                        ///< follows a filter that is not empty
+    QString withoutFilter;                      ///< stands in the filter's place when it is empty
+    QString ending;                             ///< after the filter: the GROUP BY and the ordering
     bool takesFilter = true;
     bool customLookup = true; ///< whether "Custom Reports" may replace the layout
     QString question;         ///< the fallback question; empty without a filter

@@ -34,7 +34,7 @@ struct TextObject
 struct ReportColumn
 {
     QString field;
-    QString caption; ///< the field's name unless the layout gives one
+    QString caption;  ///< the field's name unless the layout gives one
     double width = 0; ///< millimetres
     Qt::Alignment align = Qt::AlignLeft;
     ValueFormat format;

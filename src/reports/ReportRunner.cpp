@@ -38,8 +38,14 @@ ReportRunner::ReportRunner(Session& session, Viewer viewer)
 QString ReportRunner::statement(const ReportDefinition& report, const QString& filter)
 {
     const QString trimmed = filter.trimmed();
-    return trimmed.isEmpty() ? report.baseQuery + report.ending
-                             : report.baseQuery + u' ' + trimmed + report.ending;
+    QString sql = trimmed.isEmpty()
+                      ? report.baseQuery + report.withoutFilter
+                      : report.baseQuery + report.beforeFilter + trimmed + report.afterFilter;
+    // Some endings start without a blank, which a filter ending in "?" cannot do without.
+    if (!report.ending.isEmpty() && !report.ending.front().isSpace() && !sql.endsWith(u' ')) {
+        sql += u' ';
+    }
+    return sql + report.ending;
 }
 
 bool ReportRunner::showEquipmentListDetail(const SqlFilter& filter)

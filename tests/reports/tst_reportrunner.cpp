@@ -76,7 +76,6 @@ private slots:
     void customLayoutWinsUntilDeleted();
     void badFilterAsksForTheWholeList_data();
     void badFilterAsksForTheWholeList();
-    void filterBindsItsValues();
     void filterMatchingNothingShowsNoViewer();
     void unknownFieldFailsNamingLayoutAndField();
     void errorListTakesOnlyTheStandardLayout();
@@ -97,22 +96,36 @@ private:
 
 void TestReportRunner::statementJoinsQueryFilterAndEnding_data()
 {
+    QTest::addColumn<QString>("report");
     QTest::addColumn<QString>("filter");
-    QTest::addColumn<QString>("statement");
-    QTest::addRow("empty") << QString() << u"SELECT a FROM t ORDER BY a"_s;
-    QTest::addRow("blank") << u"   "_s << u"SELECT a FROM t ORDER BY a"_s;
+    QTest::addColumn<QString>("statement"); ///< what follows the report's query
+    const QString list = u"ShowEquipmentListDetail"_s, reorder = u"ShowInventoryReOrderReport"_s;
+    QTest::addRow("empty") << list << QString() << u" ORder by tblEquipment.EquipmentName ASC"_s;
+    QTest::addRow("blank") << list << u"   "_s << u" ORder by tblEquipment.EquipmentName ASC"_s;
     QTest::addRow("with its WHERE")
-        << u" Where a = ? "_s << u"SELECT a FROM t Where a = ? ORDER BY a"_s;
+        << list << u" Where a = ? "_s << u" Where a = ? ORder by tblEquipment.EquipmentName ASC"_s;
+    QTest::addRow("inventory, empty") << u"ShowInventoryReport"_s << QString()
+                                      << u" where TrackInventory=0 Order by tblPart.PartID"_s;
+    QTest::addRow("inventory, filtered")
+        << u"ShowInventoryReport"_s << u"WHERE Bin = ?"_s
+        << u" WHERE Bin = ? and TrackInventory=0 Order by tblPart.PartID"_s;
+    QTest::addRow("reorder, empty")
+        << reorder << QString()
+        << u" WHERE Inactive = 0 and TrackInventory=0 and (Quantity<QtyMin)"_s;
+    QTest::addRow("reorder, condition")
+        << reorder << u"Bin = ?"_s << u" Where Inactive = 0 and TrackInventory=0 and Bin = ?"_s;
+    QTest::addRow("ending without blank") << u"ShowSupplierReport"_s << u"WHERE Name = ?"_s
+                                          << u" WHERE Name = ? order by tblSupplier.Name"_s;
 }
 
 void TestReportRunner::statementJoinsQueryFilterAndEnding()
 {
+    QFETCH(QString, report);
     QFETCH(QString, filter);
     QFETCH(QString, statement);
-    ReportDefinition report;
-    report.baseQuery = u"SELECT a FROM t"_s;
-    report.ending = u" ORDER BY a"_s;
-    QCOMPARE(ReportRunner::statement(report, filter), statement);
+    const ReportDefinition& definition = *ReportCatalogue::find(report);
+    QCOMPARE(ReportRunner::statement(definition, filter).mid(definition.baseQuery.size()),
+             statement);
 }
 
 void TestReportRunner::customLayoutWinsUntilDeleted()
@@ -169,19 +182,6 @@ void TestReportRunner::badFilterAsksForTheWholeList()
         QCOMPARE(r.shown[0].rows, 3);
     }
     QVERIFY(t.failures().isEmpty());
-}
-
-void TestReportRunner::filterBindsItsValues()
-{
-    TANDRILL_INSTALLATION(t);
-    prepare(t);
-    RecordingRunner r(t.session());
-    // A value with a quote in it stays a value.
-    addEquipment(t.session(), 4, u"O'Brien's cart"_s, u"C-1"_s);
-    QVERIFY(r.runner.showEquipmentListDetail(
-        {u"where LOWER(tblEquipment.EquipmentName) = LOWER(?)"_s, {u"o'brien's CART"_s}}));
-    QCOMPARE(r.shown.value(0).rows, 1);
-    QVERIFY(t.prompter().texts().isEmpty());
 }
 
 void TestReportRunner::filterMatchingNothingShowsNoViewer()
