@@ -26,7 +26,6 @@ void TestCliReport::runsReportsIntoFiles_data()
     QTest::addRow("filter with its value")
         << list + QStringList{u"--where"_s, u"WHERE tblEquipment.UnitNo = ?"_s, u"--value=M-2"_s}
         << 0 << u"Unit No,Type,Make,Model,Site,Location,Crew\r\nTruck,M-2,,,,,,\r\n"_s;
-    QTest::addRow("bad filter refused") << list + misspelt << 1 << QString();
     QTest::addRow("bad filter, whole list")
         << list + misspelt + QStringList{u"--yes"_s} << 0 << u"\r\nMower,M-1,,,,,,\r\nTruck,M-2"_s;
     QTest::addRow("format named over the extension")
@@ -34,8 +33,6 @@ void TestCliReport::runsReportsIntoFiles_data()
     QTest::addRow("unknown format")
         << QStringList{u"report"_s, u"ShowServiceList"_s, u"--out"_s, u"OUT.txt"_s} << 2
         << QString();
-}
-<< 2 << QString();
 }
 
 void TestCliReport::runsReportsIntoFiles()

@@ -12,6 +12,7 @@
 #include <QPrintDialog>
 #include <QPrintPreviewWidget>
 #include <QPrinter>
+#include <QProgressDialog>
 #include <QPushButton>
 
 namespace {
@@ -38,6 +39,7 @@ const ExportKind Exports[] = {
 
 constexpr double ZoomStep = 1.25;
 constexpr int PagingButtonWidth = 40;
+constexpr int ProgressDelayMs = 500;
 
 } // namespace
 
@@ -156,10 +158,20 @@ void ReportPreviewScreen::exportTo(ReportExport::Format format)
     if (path.isEmpty()) {
         return;
     }
+    // A PDF of a large fleet runs to hundreds of pages: show how far it is.
+    QProgressDialog progress(QStringLiteral("Writing %1").arg(path), QString(), 0, 1, this);
+    progress.setObjectName(QStringLiteral("dlgExportProgress"));
+    progress.setWindowModality(Qt::WindowModal);
+    progress.setMinimumDuration(ProgressDelayMs);
     QString error;
     QApplication::setOverrideCursor(Qt::WaitCursor);
-    const bool written = ReportExport::write(m_document, format, path, &error);
+    const bool written =
+        ReportExport::write(m_document, format, path, &error, [&progress](int page, int pages) {
+            progress.setMaximum(pages);
+            progress.setValue(page);
+        });
     QApplication::restoreOverrideCursor();
+    progress.reset();
     if (!written) {
         m_session.prompter().message(error, Prompter::Buttons::Ok, Prompter::Icon::Exclamation);
     }
