@@ -3,6 +3,7 @@
 #include "Arguments.h"
 #include "CommandLine.h"
 #include "DataSession.h"
+#include "Options.h"
 #include "ReportCatalogue.h"
 #include "ReportExport.h"
 #include "ReportRunner.h"
@@ -12,6 +13,8 @@
 namespace ReportCommand {
 
 namespace {
+
+const QString Guid = QStringLiteral("GUID");
 
 struct Request
 {
@@ -111,6 +114,11 @@ ExitCode run(const CliContext& context, Arguments& arguments)
     DataSession data(context);
     if (!data.open()) {
         return ExitCode::Failure;
+    }
+    // Options are read under the workstation's identity, which the desktop gives at its
+    // first start: a command line that runs first gives it the same way.
+    if (Options::registryValue(data.session(), Guid).isEmpty()) {
+        Options::setRegistryValue(data.session(), Guid, Options::newGuid());
     }
     data.prompter().setDefaultAnswer(request.yes ? Prompter::Answer::Yes : Prompter::Answer::No);
     bool written = false;

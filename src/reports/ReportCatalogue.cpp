@@ -1,5 +1,8 @@
 #include "ReportCatalogue.h"
 
+#include <QStringList>
+#include <array>
+
 namespace ReportCatalogue {
 
 namespace {
@@ -24,6 +27,87 @@ ReportDefinition equipmentList()
     d.ending = QStringLiteral(" ORder by tblEquipment.EquipmentName ASC");
     d.question = QStringLiteral("Incorrect filter. Show all Equipment Details?");
     d.emptyMessage = NoRecordsMet;
+    return d;
+}
+
+/** " LEFT JOIN tblIndicator AS alias ON tblEquipment.column = alias.ItemID", nested. */
+QString lookupJoins(const QString& from, const QList<std::pair<QString, QString>>& lookups)
+{
+    QString joins = from;
+    for (const auto& [alias, column] : lookups) {
+        joins = QStringLiteral("(%1 LEFT JOIN tblIndicator AS %2 ON tblEquipment.%3 = %2.ItemID)")
+                    .arg(joins, alias, column);
+    }
+    return joins;
+}
+
+ReportDefinition equipmentDetail()
+{
+    // Each lookup's alias, the column it is joined on, and the name it is shown under.
+    static const QList<std::array<QString, 3>> lookups{
+        {QStringLiteral("tblIndicator"), QStringLiteral("EquipmentType"),
+         QStringLiteral("EquipmentType")},
+        {QStringLiteral("tblIndicator_1"), QStringLiteral("EquipmentMake"),
+         QStringLiteral("EquipmentMake")},
+        {QStringLiteral("tblIndicator_2"), QStringLiteral("EquipmentModel"),
+         QStringLiteral("EquipmentModel")},
+        {QStringLiteral("Manufacture"), QStringLiteral("ManufactureID"),
+         QStringLiteral("Manufacture")},
+        {QStringLiteral("LeaseCompany"), QStringLiteral("LeaseCompany"),
+         QStringLiteral("LeaseCompany")},
+        {QStringLiteral("EEngineMake"), QStringLiteral("EngineMake"), QStringLiteral("EnigneMake")},
+        {QStringLiteral("EEngineModel"), QStringLiteral("EngineModel"),
+         QStringLiteral("EEngineModel")},
+        {QStringLiteral("EEngineFuel"), QStringLiteral("EngineFuelType"),
+         QStringLiteral("EEngineFuel")},
+        {QStringLiteral("VBody"), QStringLiteral("Body"), QStringLiteral("VBody")},
+        {QStringLiteral("VChassis"), QStringLiteral("Chassis"), QStringLiteral("VChassis")},
+        {QStringLiteral("VTrans"), QStringLiteral("Trans"), QStringLiteral("VTrans")}};
+    QStringList columns{QStringLiteral(
+        "tblEquipment.EquipmentID, tblEquipment.EquipmentName, tblEquipment.EquipmentYear, "
+        "tblEquipment.EquipmentSerialNo, tblEquipment.UnitNo, tblEquipment.Capacity, "
+        "tblEquipment.AttachedTo, tblEquipment.Bar_Code, tblEquipment.InstalledDate, "
+        "tblEquipment.AcquisitionDate, tblEquipment.AcquisitionCost, "
+        "tblEquipment.AdditionalCost, tblEquipment.Totalcost, tblEquipment.SalvageValue, "
+        "tblEquipment.LifeYears, tblEquipment.PurchaseNotes, tblEquipment.LeaseOwnedLeased, "
+        "tblEquipment.LeaseStartDate, tblEquipment.LeaseEndDate, tblEquipment.LeasePeriod, "
+        "tblEquipment.LeaseInterval, tblEquipment.LeasePayment, tblEquipment.WarrantyStartDate, "
+        "tblEquipment.WarrantyEndDate, tblEquipment.WarrantyPeriod, "
+        "tblEquipment.WarrantyInterval, tblEquipment.Notes, tblEquipment.BeginingHub, "
+        "tblEquipment.StateLicensed, tblEquipment.LicenseNo, tblEquipment.StickerNumber, "
+        "tblEquipment.LicenseRenewalDate, tblEquipment.PermanentLicense, tblEquipment.Tyre, "
+        "tblEquipment.Rear_Tires, tblEquipment.InspectionDate, tblEquipment.Weight, "
+        "tblEquipment.Vin, tblEquipment.VehicleOwnedLeased, tblEquipment.VehicleFuelType, "
+        "tblEquipment.VehicleEngineType, tblEquipment.VehicleEngineNo, "
+        "tblEquipment.VehicleColor, tblEquipment.VehicleEngineModel, tblEquipment.EngineSize, "
+        "tblEquipment.EngineSerialNo, tblEquipment.Cycle, tblEquipment.SupplierPartNo, "
+        "tblEquipment.ManufacturePartNo")};
+    for (int i = 1; i <= 10; ++i) {
+        columns.append(QStringLiteral("tblEquipment.UserDefined%1").arg(i));
+    }
+    QList<std::pair<QString, QString>> joins;
+    for (const auto& [alias, column, shownAs] : lookups) {
+        columns.append(QStringLiteral("%1.ItemName AS %2").arg(alias, shownAs));
+        joins.append({alias, column});
+    }
+    columns.append(QStringLiteral("tblSite.SiteName, tblLocation.LocationName, "
+                                  "tblCrew.CrewNumber, tblSupplier.Name AS Supplier"));
+    const QString from = QStringLiteral(
+        "(((%1 LEFT JOIN tblSite ON tblEquipment.SiteID = tblSite.SiteID) LEFT JOIN tblLocation "
+        "ON tblEquipment.LocationID = tblLocation.LocationID) LEFT JOIN tblCrew ON "
+        "tblEquipment.CrewID = tblCrew.CrewID) LEFT JOIN tblSupplier ON tblEquipment.SupplierID "
+        "= tblSupplier.SupplierID");
+    ReportDefinition d;
+    d.procedure = QStringLiteral("ShowEquipmentDetailReport");
+    d.layout = QStringLiteral("rptEquipmentDetail");
+    d.title = QStringLiteral("Equipment Details");
+    d.baseQuery = QStringLiteral("SELECT %1 FROM %2")
+                      .arg(columns.join(QStringLiteral(", ")),
+                           from.arg(lookupJoins(QStringLiteral("tblEquipment"), joins)));
+    d.ending = QStringLiteral(" Order by tblEquipment.EquipmentName");
+    d.question = QStringLiteral("Incorrect filter. Show all Equipment Details?");
+    d.emptyMessage = NoRecordsMet;
+    d.header = ReportHeader::UserFields;
     return d;
 }
 
@@ -141,6 +225,7 @@ const QList<ReportDefinition>& all()
 {
     static const QList<ReportDefinition> reports{
         equipmentList(),
+        equipmentDetail(),
         dateReport(QStringLiteral("ShowEquipmentInspectionReport"),
                    QStringLiteral("rptEquipmentInspectionDate"),
                    QStringLiteral("Equipment Inspection Report"), QStringLiteral("InspectionDate")),

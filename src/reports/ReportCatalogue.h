@@ -7,6 +7,7 @@
 enum class ReportHeader {
     Company,     ///< lblCompanyName
     SystemFacts, ///< lblCompanyName and the five facts of the error report
+    UserFields,  ///< lblCompanyName and the captions UDField1 to UDField10
 };
 
 /**

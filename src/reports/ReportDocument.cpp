@@ -45,6 +45,15 @@ QString ReportDocument::text(const TextObject& object) const
                                  m_today.toString(QStringLiteral("MM/dd/yyyy")));
 }
 
+QString ReportDocument::caption(int column) const
+{
+    QString caption = m_layout.columns[column].caption;
+    for (const TextObject& object : m_layout.header) {
+        caption.replace(u'{' + object.name + u'}', text(object), Qt::CaseInsensitive);
+    }
+    return caption;
+}
+
 QString ReportDocument::groupText(const QString& text, int level, qsizetype row) const
 {
     const int field = m_groupFields[level];

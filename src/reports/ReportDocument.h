@@ -31,6 +31,12 @@ public:
     /** The object's text: set by the program, else the layout's, with "{today}" filled in. */
     QString text(const TextObject& object) const;
 
+    /**
+     * Column c's caption, where "{name}" stands for the text of the page header's
+     * object of that name: a caption the program sets, such as a user-defined field's.
+     */
+    QString caption(int column) const;
+
     /** The day the report is printed, for "{today}". */
     void setToday(const QDate& today) { m_today = today; }
     QDate today() const { return m_today; }

@@ -74,8 +74,8 @@ bool writeCsv(const ReportDocument& document, const QString& path, QString* erro
         return false;
     }
     QStringList fields;
-    for (const ReportColumn& column : columns) {
-        fields.append(csvField(column.caption));
+    for (int c = 0; c < columns.size(); ++c) {
+        fields.append(csvField(document.caption(c)));
     }
     file.write((fields.join(u',') + QStringLiteral("\r\n")).toUtf8());
     for (qsizetype row = 0; row < document.rowCount(); ++row) {

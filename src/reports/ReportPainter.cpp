@@ -160,7 +160,7 @@ void ReportPainter::drawCaptions(QPainter& painter, double top) const
     painter.setFont(m_bold);
     for (int c = 0; c < columns.size(); ++c) {
         painter.drawText(cell(c, top, m_captionHeight), columns[c].align | Qt::AlignVCenter,
-                         columns[c].caption);
+                         m_document.caption(c));
     }
     painter.setPen(QPen(Qt::black, mm(0.2)));
     painter.drawLine(QPointF(0, top + m_captionHeight - mm(0.5)),

@@ -21,6 +21,7 @@ const QString Module = QStringLiteral("frmReportPreview");
 const QString ReportNotFound = QStringLiteral("Report not found.");
 // The number a layout that cannot be opened or bound is reported under: file not found.
 constexpr qint64 LayoutFailureNumber = 53;
+constexpr int UserFieldCount = 10;
 
 /** The computer's name: the environment's ComputerName where it is set, else the host's. */
 QString computerName()
@@ -143,6 +144,12 @@ void ReportRunner::setHeader(const ReportDefinition& report, ReportDocument& doc
                   {QStringLiteral("lblVersion"), Options::versionNo(m_session)},
                   {QStringLiteral("lblDBversion"),
                    Options::option(m_session, QStringLiteral("DBversion"))}};
+    }
+    if (report.header == ReportHeader::UserFields) {
+        for (int i = 1; i <= UserFieldCount; ++i) {
+            texts.append({QStringLiteral("UDField%1").arg(i),
+                          Options::option(m_session, QStringLiteral("UserDefinedField%1").arg(i))});
+        }
     }
     // A layout without one of these objects keeps the rest of its header as it stands.
     for (const auto& [name, text] : texts) {

@@ -96,7 +96,7 @@ bool writeXlsx(const ReportDocument& document, const QString& path, QString* err
     for (int c = 0; c < columns.size(); ++c) {
         worksheet_set_column(sheet, lxw_col_t(c), lxw_col_t(c),
                              qMax(8.0, columns[c].width / MillimetresPerCharacter), nullptr);
-        worksheet_write_string(sheet, 0, lxw_col_t(c), columns[c].caption.toUtf8().constData(),
+        worksheet_write_string(sheet, 0, lxw_col_t(c), document.caption(c).toUtf8().constData(),
                                formats.header);
     }
     worksheet_freeze_panes(sheet, 1, 0);

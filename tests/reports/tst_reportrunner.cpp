@@ -67,6 +67,7 @@ private slots:
     void unknownFieldFailsNamingLayoutAndField();
     void errorListTakesOnlyTheStandardLayout();
     void valuesAreTypedAlikeOnBothEngines();
+    void detailCaptionsTheUserFields();
 
 private:
     /** An installation with its standard layouts and three machines. */
@@ -226,6 +227,20 @@ void TestReportRunner::valuesAreTypedAlikeOnBothEngines()
     const ReportDocument& shown = r.shown.at(0);
     QCOMPARE((QVariantList{shown.value(0, 0), shown.value(0, 1), shown.value(0, 2)}),
              (QVariantList{u"T-1"_s, u"Truck"_s, QDate(2025, 6, 30)}));
+}
+
+void TestReportRunner::detailCaptionsTheUserFields()
+{
+    TANDRILL_INSTALLATION(t);
+    prepare(t);
+    Options::setOption(t.session(), u"UserDefinedField2"_s, u"Fuel card"_s);
+    RecordingRunner r(t.session());
+    QVERIFY(r.runner.show(*ReportCatalogue::find(u"ShowEquipmentDetailReport"_s)));
+    const ReportDocument& shown = r.shown.at(0);
+    QCOMPARE(shown.rowCount(), 3);
+    const int column = shown.layout().columnOf(u"UserDefined2"_s);
+    QCOMPARE(shown.caption(column), u"Fuel card"_s);
+    QCOMPARE(headerText(shown, u"UDField1"_s), u"User Field1"_s);
 }
 
 QTEST_MAIN(TestReportRunner)
