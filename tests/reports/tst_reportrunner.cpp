@@ -237,10 +237,8 @@ void TestReportRunner::detailCaptionsTheUserFields()
     RecordingRunner r(t.session());
     QVERIFY(r.runner.show(*ReportCatalogue::find(u"ShowEquipmentDetailReport"_s)));
     const ReportDocument& shown = r.shown.at(0);
-    QCOMPARE(shown.rowCount(), 3);
     const int column = shown.layout().columnOf(u"UserDefined2"_s);
     QCOMPARE(shown.caption(column), u"Fuel card"_s);
-    QCOMPARE(headerText(shown, u"UDField1"_s), u"User Field1"_s);
 }
 
 QTEST_MAIN(TestReportRunner)
