@@ -109,11 +109,13 @@ ReportRunner::Outcome ReportRunner::run(const ReportDefinition& report, const Re
             fail(report, failure.number, failure.description);
             return Outcome::Failed;
         }
+        setBusy(false);
         if (m_session.prompter().message(report.question, Prompter::Buttons::YesNo,
                                          Prompter::Icon::Information) != Prompter::Answer::Yes) {
             return Outcome::Refused;
         }
         filter = {};
+        setBusy(true);
     }
     QString error;
     std::optional<ReportDocument> document = ReportBinding::bind(layout, query, &error);
