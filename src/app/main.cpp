@@ -7,6 +7,7 @@
 #include "MainScreen.h"
 #include "MainScreenshot.h"
 #include "MessageBoxPrompter.h"
+#include "ReportPreviewScreen.h"
 #include "ScriptedPrompter.h"
 #include "Session.h"
 #include "SetupScreen.h"
@@ -48,6 +49,16 @@ ScreenCatalogue wireScreens(MainScreen& main, Session& session)
     screens.insert(QStringLiteral("frmCrew"), [openCrew, &main] { openCrew(&main); });
     main.setHandler(QStringLiteral("mnuSetup"), openSetup);
     screens.insert(QStringLiteral("frmSetup"), openSetup);
+    const auto report = [&session, &main](const QString& procedure) {
+        return [&session, &main, procedure] {
+            ReportPreviewScreen::showReport(session, procedure, {}, &main);
+        };
+    };
+    main.setHandler(QStringLiteral("mnuServiceList"), report(QStringLiteral("ShowServiceList")));
+    main.setHandler(QStringLiteral("mnuErrorReport"), report(QStringLiteral("ShowErrorList")));
+    // The equipment list waits for its filter screen on the menu; the picture shows it whole.
+    screens.insert(QStringLiteral("frmReportPreview"),
+                   report(QStringLiteral("ShowEquipmentListDetail")));
     return screens;
 }
 

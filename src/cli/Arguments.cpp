@@ -46,12 +46,8 @@ bool Arguments::takeFlag(const QString& name)
     return true;
 }
 
-bool Arguments::takeValue(const QString& name, QString* value, QString* error)
+bool Arguments::takeAt(qsizetype i, const QString& name, QString* value, QString* error)
 {
-    const qsizetype i = optionIndex(name);
-    if (i < 0) {
-        return true;
-    }
     const QString word = m_words.takeAt(i);
     if (word.size() > name.size()) {
         *value = word.mid(name.size() + 1);
@@ -61,9 +57,33 @@ bool Arguments::takeValue(const QString& name, QString* value, QString* error)
         *error = QStringLiteral("The option %1 needs a value.").arg(name);
         return false;
     }
+    return true;
+}
+
+bool Arguments::takeValue(const QString& name, QString* value, QString* error)
+{
+    const qsizetype i = optionIndex(name);
+    if (i < 0) {
+        return true;
+    }
+    if (!takeAt(i, name, value, error)) {
+        return false;
+    }
     if (has(name)) {
         *error = QStringLiteral("The option %1 is given twice.").arg(name);
         return false;
+    }
+    return true;
+}
+
+bool Arguments::takeValues(const QString& name, QStringList* values, QString* error)
+{
+    while (has(name)) {
+        QString value;
+        if (!takeAt(optionIndex(name), name, &value, error)) {
+            return false;
+        }
+        values->append(value);
     }
     return true;
 }

@@ -20,6 +20,8 @@ public:
      * without its value or twice; true (value untouched) when it is absent.
      */
     bool takeValue(const QString& name, QString* value, QString* error);
+    /** Takes every value of an option that may stand several times, in order. */
+    bool takeValues(const QString& name, QStringList* values, QString* error);
     /** True when the option is still there. */
     bool has(const QString& name) const;
     /** Takes the next word that is no option; empty when none is left. */
@@ -31,6 +33,8 @@ public:
 private:
     qsizetype optionIndex(const QString& name) const;
     qsizetype endOfOptions() const;
+    /** Takes the option at i with its value. */
+    bool takeAt(qsizetype i, const QString& name, QString* value, QString* error);
 
     QStringList m_words;
 };

@@ -4,6 +4,7 @@
 #include "InitCommand.h"
 #include "Installation.h"
 #include "NextDateCommand.h"
+#include "ReportCommand.h"
 #include "SqlCommand.h"
 
 namespace CommandLine {
@@ -22,6 +23,9 @@ Command commandNamed(const QString& name)
     }
     if (name == QLatin1String("next-date")) {
         return NextDateCommand::run;
+    }
+    if (name == QLatin1String("report")) {
+        return ReportCommand::run;
     }
     return nullptr;
 }
@@ -49,6 +53,14 @@ QString usageText()
         "      Prints the next date of a service on a machine (tblServiceUsed) as\n"
         "      yyyy-MM-dd, or \"none\"; --all prints \"ServiceUsedID<TAB>date\" for each.\n"
         "      --given stands for the last dates performed and scheduled.\n"
+        "  report --list\n"
+        "      Lists the reports: procedure, layout and title, separated by tabs.\n"
+        "  report NAME [--where TEXT [--value V]...] [--yes] [--format pdf|xlsx|csv]\n"
+        "         --out FILE\n"
+        "      Runs a report (by procedure or layout name) into a file; the format\n"
+        "      defaults to the file's extension. --where is the filter, its ? marks\n"
+        "      taking the --value options in order. When the filter breaks the query,\n"
+        "      --yes takes the whole list instead of failing.\n"
         "\n"
         "Options:\n"
         "  --home DIR          the installation folder; else TANDRILL_HOME, else\n"

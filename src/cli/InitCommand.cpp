@@ -6,6 +6,7 @@
 #include "DataSession.h"
 #include "DemoFleet.h"
 #include "Installation.h"
+#include "LayoutFiles.h"
 #include "PasswordHash.h"
 
 namespace InitCommand {
@@ -112,7 +113,8 @@ ExitCode run(const CliContext& context, Arguments& arguments)
         return CommandLine::usageError(context, error);
     }
     const Installation installation(context.home);
-    if (!DataFile::create(installation, request.data, &error)) {
+    if (!DataFile::create(installation, request.data, &error) ||
+        !LayoutFiles::installStandard(installation, &error)) {
         context.err << error << Qt::endl;
         return ExitCode::Failure;
     }
