@@ -1,4 +1,5 @@
 #include "CliHome.h"
+#include "TestInstallation.h"
 
 #include <QFile>
 #include <QTest>
@@ -10,6 +11,8 @@ class TestCliReport : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase() { TANDRILL_REQUIRE_ENGINE(); }
+
     void runsReportsIntoFiles_data();
     void runsReportsIntoFiles();
 };
