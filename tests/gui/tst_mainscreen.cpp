@@ -66,97 +66,6 @@ private slots:
         m_shared.reset();
     }
 
-    void everyMenuEntryHasItsNameCaptionAndPlace_data()
-    {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("caption");
-        QTest::addColumn<QString>("menu");
-        const auto row = [](const char* name, const char* caption, const char* menu) {
-            QTest::newRow(name) << QString::fromLatin1(name) << QString::fromLatin1(caption)
-                                << QString::fromLatin1(menu);
-        };
-        row("mnuCompactDB", "Compact And Repair Database", "mnuFile");
-        row("mnuExportXml", "Export To Windows Mobile", "mnuFile");
-        row("mnuImporttXml", "Import From Windows Mobile", "mnuFile");
-        row("mnuSetup", "Setup", "mnuFile");
-        row("munPasswords", "Passwords", "mnuFile");
-        row("mnuChangePassword", "Change Password", "munPasswords");
-        row("mnuusrmanagement", "User Management", "munPasswords");
-        row("mnuUpdateDatabase", "Update Database", "mnuFile");
-        row("mnumakebackup", "Make a BackUp", "mnuFile");
-        row("mnurestorebackup", "Restore a BackUp", "mnuFile");
-        row("mnuExit", "Exit", "mnuFile");
-        row("mnuRecordWork", "Record Work", "mnuWorkOrder");
-        row("mnuPrintWO", "Print W/O", "mnuWorkOrder");
-        row("mnuViewEqipment", "Equipment", "mnuView");
-        row("mnuViewService", "Service", "mnuView");
-        row("mnuViewSupplier", "Supplier", "mnuView");
-        row("mnuViewEmployee", "Employee", "mnuView");
-        row("mnuViewPart", "Parts", "mnuView");
-        row("mnuAddEquipment", "Equipment", "mnuAdd");
-        row("mnuAddService", "Service", "mnuAdd");
-        row("mnuAddSupplier", "Supplier", "mnuAdd");
-        row("mnuAddEmployee", "Employee", "mnuAdd");
-        row("mnuAddPart", "Part", "mnuAdd");
-        row("mnuRecordCount", "Record Count", "mnuEquipment");
-        row("munInspectiondate", "Inspection Date Reading", "mnuEquipment");
-        row("munLicenseDate", "License Renewal Date Reading", "mnuEquipment");
-        row("mnuPrintCount", "Print Count", "mnuEquipment");
-        row("mnuEquipmentReports", "Equipment Reports", "mnuReports");
-        row("mnuEquipmentList", "Equipment List", "mnuEquipmentReports");
-        row("mnuEquipmentDetailList", "Equipment Detail List", "mnuEquipmentReports");
-        row("mnuEquipmentDetails", "Equipment Details", "mnuEquipmentReports");
-        row("mnuEquipmentCrewHistory", "Equipment Crew History", "mnuEquipmentReports");
-        row("mnuExpensesOnEquip", "Expenses On Equipment", "mnuEquipmentReports");
-        row("mnuEquipmentUtilization", "Equipment Utilization", "mnuEquipmentReports");
-        row("mnuEquipmentScanHistory", "Equipment Scan History", "mnuEquipmentReports");
-        row("mnuEquipmentInspectionReport", "Equipment Inspection Report", "mnuEquipmentReports");
-        row("mnuEquipmentLicenseReport", "Equipment License Report", "mnuEquipmentReports");
-        row("mnuWorkorderhistoryReport", "Work Order History", "mnuEquipmentReports");
-        row("mnuServiceReports", "Service Reports", "mnuReports");
-        row("mnuServiceHistory", "Service History $", "mnuServiceReports");
-        row("mnuServiceByUnitno", "Services By Equipment Name", "mnuServiceReports");
-        row("mnuServiceList", "List Of Services", "mnuServiceReports");
-        row("mnuServicesHistoryTimes", "Services History Times", "mnuServiceReports");
-        row("mnuInventoryReports", "Inventory Reports", "mnuReports");
-        row("mnuInventoryReport", "Inventory Report", "mnuInventoryReports");
-        row("mnuInventoryReorder", "Inventory Reorder", "mnuInventoryReports");
-        row("mnuInventoryOrderUpcommingServices", "Inventory Order For Upcomming Services",
-            "mnuInventoryReports");
-        row("mnuInventoryPartUsage", "Inventory Part Usage", "mnuInventoryReports");
-        row("mnuInventoryPartHistory", "Inventory Part History", "mnuInventoryReports");
-        row("mnuErrorReport", "Error Report", "mnuReports");
-        row("mnuCustomReports", "Custom Reports", "mnuReports");
-        row("mnuNewReport", "Create New Report", "mnuCustomReports");
-        row("mnuViewUserReport", "View Custom Report", "mnuCustomReports");
-        row("mnuModifyReport", "Modify Reports", "mnuCustomReports");
-        row("mnuTandrillHelp", "Korvelle Help", "mnuHelp");
-        row("mnuTandrillOnline", "Korvelle Online", "mnuHelp");
-        row("mnuQickStart", "Quick Start Manual", "mnuHelp");
-        row("mnuContactUs", "Contact Us", "mnuHelp");
-        row("mnuCheckForUpdates", "Check For Updates", "mnuHelp");
-        row("mnuAboutTandrill", "About Korvelle", "mnuHelp");
-    }
-
-    void everyMenuEntryHasItsNameCaptionAndPlace()
-    {
-        QFETCH(QString, name);
-        QFETCH(QString, caption);
-        QFETCH(QString, menu);
-        MainScreen& screen = *m_sharedScreen;
-        auto* parentMenu = screen.findChild<QMenu*>(menu);
-        QVERIFY2(parentMenu, qPrintable(menu));
-        QAction* entry = screen.action(name);
-        QVERIFY2(entry, qPrintable(name));
-        QCOMPARE(entry->text(), caption);
-        QVERIFY(parentMenu->actions().contains(entry));
-        if (auto* submenu = screen.findChild<QMenu*>(name)) {
-            QCOMPARE(submenu->menuAction(), entry); // a pure submenu
-        } else {
-            QCOMPARE(screen.findChild<QAction*>(name), entry);
-        }
-    }
-
     void menuBarAndFrame()
     {
         MainScreen& screen = *m_sharedScreen;
@@ -165,14 +74,7 @@ private slots:
             titles.append(menu->text().remove(u'&'));
         }
         QCOMPARE(titles, split("File|Work Order|View|Add|Equipment|Reports|Help"));
-        QCOMPARE(screen.objectName(), QStringLiteral("frmMainScreen"));
         QCOMPARE(screen.windowTitle(), QStringLiteral("Korvelle ") + Version);
-        auto* header = screen.findChild<QWidget*>(QStringLiteral("picHeaderBar"));
-        auto* side = screen.findChild<QWidget*>(QStringLiteral("picSideMenuBar"));
-        QVERIFY(header && side);
-        QCOMPARE(header->palette().color(QPalette::Window), QColor(175, 179, 186));
-        QCOMPARE(side->palette().color(QPalette::Window), QColor(231, 232, 231));
-        QCOMPARE(side->width(), 2180 / 15);
         QWidget* home = screen.homeWidget();
         QCOMPARE(home->objectName(), QStringLiteral("pnlOverDueWork"));
         QVERIFY2(home->findChildren<QWidget*>().isEmpty(), "the home area stays empty");
@@ -294,11 +196,6 @@ private slots:
         QTest::newRow("EqList") << int(UserRights::EqList) << QStringLiteral("mnuEquipmentList");
         QTest::newRow("EqCountSheet")
             << int(UserRights::EqCountSheet) << QStringLiteral("mnuPrintCount|mnuRecordCount");
-        QTest::newRow("InspDatReading")
-            << int(UserRights::InspDatReading)
-            << QStringLiteral("munInspectiondate|mnuEquipmentInspectionReport");
-        QTest::newRow("InvOrUpSer")
-            << int(UserRights::InvOrUpSer) << QStringLiteral("mnuInventoryOrderUpcommingServices");
     }
 
     void missingRightDisablesReportEntriesWhichStayVisible()
@@ -321,22 +218,14 @@ private slots:
     void navigatorEntryActsWhenWired_data()
     {
         QTest::addColumn<int>("index");
-        QTest::addColumn<QString>("caption");
         QTest::addColumn<QString>("entry"); // the menu entry it follows, if any
-        const char* captions[] = {"Work Orders", "Equipment",      "Services", "Suppliers",
-                                  "Employees",   "Part Inventory", "Reports"};
-        for (int i = 0; i < 7; ++i) {
-            QTest::addRow("%s", captions[i]) << i << QString::fromLatin1(captions[i])
-                                             << (i == 0   ? QStringLiteral("mnuPrintWO")
-                                                 : i == 2 ? QStringLiteral("mnuViewService")
-                                                          : QString());
-        }
+        QTest::newRow("Work Orders follows its menu entry") << 0 << QStringLiteral("mnuPrintWO");
+        QTest::newRow("Equipment has its own") << 1 << QString();
     }
 
     void navigatorEntryActsWhenWired()
     {
         QFETCH(int, index);
-        QFETCH(QString, caption);
         QFETCH(QString, entry);
         TANDRILL_INSTALLATION(t);
         MainScreen screen(t.session());
@@ -345,9 +234,6 @@ private slots:
         QLabel* label = navigatorLabel(screen, QStringLiteral("lbl"), index);
         QLabel* image = navigatorLabel(screen, QStringLiteral("img"), index);
         QLabel* next = navigatorLabel(screen, QStringLiteral("lbl"), (index + 1) % 7);
-        QCOMPARE(label->text(), caption);
-        QCOMPARE(label->palette().color(QPalette::Active, QPalette::WindowText),
-                 QColor(36, 71, 109));
         QVERIFY(!label->isEnabled());
 
         int runs = 0;
@@ -461,7 +347,7 @@ private slots:
 
     void checkForUpdates_data()
     {
-        QTest::addColumn<int>("status"); // 0: the server never answers
+        QTest::addColumn<int>("status");
         QTest::addColumn<QByteArray>("document");
         QTest::addColumn<QString>("message"); // %1 is the document's address
         QTest::addColumn<bool>("warns");
@@ -481,10 +367,6 @@ private slots:
             << 404 << QByteArray("gone")
             << QStringLiteral("Cannot check for updates at %1: the server answered 404") << true
             << false;
-        QTest::newRow("silent server")
-            << 0 << QByteArray()
-            << QStringLiteral("Cannot check for updates at %1: no answer within 0.3 seconds")
-            << true << false;
     }
 
     void checkForUpdates()

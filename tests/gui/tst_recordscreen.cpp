@@ -9,7 +9,6 @@
 #include "Sql.h"
 #include "SqlValue.h"
 #include "TestInstallation.h"
-#include "Transaction.h"
 #include "WriteScope.h"
 
 #include <QCheckBox>
@@ -246,7 +245,6 @@ private slots:
             "cmdAdd|txtUnitNo+U1|cmdUpdate|Yes|cmdDelete", "B ", question, "", false);
         row("opens on the first record", "", "B U10");
         row("a change in browse modifies", "txtUnitNo+x", "M U10x");
-        row("changes in add stay add", "cmdAdd|txtUnitNo+U40|txtPayment+5", "A U40");
         row("save a new record", "cmdAdd|txtUnitNo+ U40 |cmdUpdate", "B U40", {},
             "U10|U20|U30|U40");
         row("save with its own key in another case", "txtUnitNo=u10|cmdUpdate", "B u10", {},
@@ -260,7 +258,6 @@ private slots:
             "B U20");
         row("revert a change", "txtUnitNo+XX|cmdCancel", "B U10");
         row("next at the end", "cmdLast|cmdNext", "B U30", last);
-        row("previous at the start", "cmdPrevious", "B U10", last);
         row("browsing never modifies", "cmdNext|row:0|cmdLast|cmdFirst|row:1", "B U20");
         row("delete answered No", "No|cmdDelete", "B U10", question);
         row("delete another shows the first", "cmdNext|Yes|cmdDelete", "B U10", question,
@@ -418,24 +415,6 @@ private slots:
         QCOMPARE(committed(t.session(), u"SELECT COUNT(*) FROM tblEquipment "
                                         "WHERE InstalledDate IS NULL"_s),
                  u"1"_s);
-    }
-
-    void editHoldsOneTransactionThatOthersJoin()
-    {
-        TANDRILL_INSTALLATION(t);
-        seedMachines(t.session());
-        MachineScreen screen(t.session());
-        screen.show();
-        click(screen, "cmdAdd");
-        {
-            Transaction second(t.session());
-            QVERIFY(second.isActive() && !second.ownsTransaction());
-            run(t.session(), u"INSERT INTO tblEquipment (EquipmentID, UnitNo) VALUES (9, 'U9')"_s);
-            QVERIFY(second.commit());
-        }
-        QCOMPARE(committedUnits(t.session()), QString::fromLatin1(Seeded));
-        click(screen, "cmdCancel");
-        QCOMPARE(committedUnits(t.session()), QString::fromLatin1(Seeded));
     }
 
     void failedSaveKeepsInputModeAndTransaction()
