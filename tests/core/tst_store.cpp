@@ -85,17 +85,10 @@ private slots:
         QCOMPARE(again.value(u"Nowhere"_s, u"VERSION"_s), QString());
     }
 
-    void namesCompareWithoutCaseAndValuesAreTrimmed_data()
-    {
-        QTest::addColumn<QString>("section");
-        QTest::addColumn<QString>("name");
-        QTest::addRow("as written") << u"Software\\Korvelle"_s << u"VERSION"_s;
-        QTest::addRow("small letters") << u"software\\korvelle"_s << u"version"_s;
-    }
     void namesCompareWithoutCaseAndValuesAreTrimmed()
     {
-        QFETCH(QString, section);
-        QFETCH(QString, name);
+        const QString section = u"software\\korvelle"_s;
+        const QString name = u"version"_s;
         QTemporaryDir dir;
         const QString path = dir.filePath(u"Tandrill.ini"_s);
         QVERIFY(
