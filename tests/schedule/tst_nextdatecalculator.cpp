@@ -1,5 +1,4 @@
 #include "NextDateCalculator.h"
-#include "ScheduleCodes.h"
 #include "Sql.h"
 #include "SqlValue.h"
 #include "TestInstallation.h"
@@ -351,32 +350,6 @@ private slots:
         }
         QVERIFY(m_shared->prompter().shown().isEmpty());
         QVERIFY(m_shared->failures().isEmpty());
-    }
-
-    void equipmentCountReadsLatest_data()
-    {
-        QTest::addColumn<QString>("readings");
-        QTest::addColumn<QString>("code");
-        QTest::addColumn<qint64>("count");
-        const QString readings = u"2024-03-01 Hours 900, 2024-03-03 Hours 100, "
-                                 "2024-03-03 Hours 120, 2024-03-05 Miles 40"_s;
-        QTest::addRow("latest, tie to highest") << readings << u"H"_s << 120LL;
-        QTest::addRow("Miles by I") << readings << u"I"_s << 40LL;
-        QTest::addRow("calendar code") << readings << u"D"_s << 0LL;
-    }
-    void equipmentCountReadsLatest()
-    {
-        QFETCH(QString, readings);
-        QFETCH(QString, code);
-        QFETCH(qint64, count);
-        TestInstallation& t = *m_shared;
-        ScheduleData data(t.session());
-        QVERIFY2(data.addReadings(readings) && data.addReadings(u"2025-01-01 Hours 5000"_s, 8),
-                 qPrintable(data.error()));
-        NextDateCalculator calculator(t.session());
-        QCOMPARE(calculator.equipmentCountByPeriod(MachineId, code), count);
-        QCOMPARE(calculator.equipmentCount(MachineId, ScheduleCodes::periodText(code)), count);
-        QVERIFY(t.failures().isEmpty());
     }
 
     void serviceInWorkOrderLooksForALine()
