@@ -30,39 +30,22 @@ private slots:
             "Unknown option: --nope");
         row("today not a date", {u"--today"_s, u"2025-13-01"_s, u"next-date"_s, u"1"_s},
             "The day '2025-13-01' is no date");
-        row("today in another form", {u"--today=01/03/2025"_s, u"next-date"_s, u"1"_s},
-            "The day '01/03/2025' is no date");
         row("today without value", {u"next-date"_s, u"1"_s, u"--today"_s},
             "The option --today needs a value.");
         row("today twice", {u"--today=2025-01-01"_s, u"--today=2025-01-02"_s, u"init"_s},
             "The option --today is given twice.");
-        row("home empty", {u"--home="_s, u"init"_s}, "The option --home needs a folder.");
         row("init unknown option", {u"init"_s, u"--demo2"_s}, "Unknown option: --demo2");
-        row("init stray word", {u"init"_s, u"now"_s}, "Unexpected argument: now");
         row("init server half given", {u"init"_s, u"--pg-host"_s, u"/tmp"_s},
             "A PostgreSQL data file needs --pg-host, --pg-port, --pg-database and --pg-user.");
-        row("init port not a number",
-            {u"init"_s, u"--pg-host=h"_s, u"--pg-port=54x"_s, u"--pg-database=d"_s,
-             u"--pg-user=u"_s},
-            "The port '54x' is no port number.");
         row("init empty password", {u"init"_s, u"--password="_s},
             "The password of Chief must not be empty.");
         row("sql without statement", {u"sql"_s}, "sql needs a statement.");
-        row("sql blank statement", {u"sql"_s, u"  "_s}, "sql needs a statement.");
-        row("sql two statements", {u"sql"_s, u"SELECT 1"_s, u"SELECT 2"_s},
-            "Unexpected argument: SELECT 2");
         row("next-date without id", {u"next-date"_s},
             "next-date needs the ServiceUsedID of a service, or --all.");
         row("next-date id not a number", {u"next-date"_s, u"abc"_s},
             "The ID 'abc' is no ServiceUsedID.");
-        row("next-date id zero", {u"next-date"_s, u"0"_s}, "The ID '0' is no ServiceUsedID.");
         row("next-date id and all", {u"next-date"_s, u"5"_s, u"--all"_s},
             "next-date takes either an ID or --all, not both.");
-        row("next-date impossible given day", {u"next-date"_s, u"5"_s, u"--given=2025-02-30"_s},
-            "The day '2025-02-30' is no date");
-        row("next-date given without value", {u"next-date"_s, u"5"_s, u"--given"_s},
-            "The option --given needs a value.");
-        row("next-date negative id", {u"next-date"_s, u"-5"_s}, "Unknown option: -5");
     }
 
     void wrongCommandLinesExitTwoAndTouchNothing()
@@ -100,10 +83,6 @@ private slots:
 
         QTest::newRow("option after word")
             << QStringList{u"7"_s, u"--given"_s, u"d"_s} << u"d"_s << u"7"_s;
-        QTest::newRow("option before word")
-            << QStringList{u"--given"_s, u"d"_s, u"7"_s} << u"d"_s << u"7"_s;
-        QTest::newRow("with equals sign")
-            << QStringList{u"--given=a=b"_s, u"7"_s} << u"a=b"_s << u"7"_s;
         QTest::newRow("end of options")
             << QStringList{u"--"_s, u"--given"_s} << QString() << u"--given"_s;
         QTest::newRow("statement with dashes")
@@ -133,16 +112,10 @@ private slots:
         };
         row("plain", u"SELECT 1"_s, u"SELECT 1");
         row("ended", u"SELECT 1;  \n"_s, u"SELECT 1");
-        row("ended twice", u"SELECT 1;;"_s, u"SELECT 1");
         row("comment after the end", u"SELECT 1; -- and more; here"_s, u"SELECT 1");
-        row("block comment after the end", u"SELECT 1; /* DROP; */"_s, u"SELECT 1");
         row("in a text", u"SELECT 'a;b', 'it''s; ok'"_s, u"SELECT 'a;b', 'it''s; ok'");
-        row("in a quoted name", u"SELECT 1 AS \"x;y\";"_s, u"SELECT 1 AS \"x;y\"");
         row("in a dollar text", u"SELECT $t$ a; b $t$"_s, u"SELECT $t$ a; b $t$");
-        row("in a comment", u"SELECT 1 -- x; y\n + 1"_s, u"SELECT 1 -- x; y\n + 1");
         row("two", u"SELECT 1; SELECT 2"_s);
-        row("two without blank", u"DELETE FROM tblUser;SELECT 1"_s);
-        row("after a text", u"SELECT ';'; DROP TABLE tblUser"_s);
         row("after a comment", u"SELECT 1; /* x */ DELETE FROM tblUser"_s);
         row("placeholder is no dollar text", u"SELECT $1; SELECT 2"_s);
     }
@@ -162,19 +135,14 @@ private slots:
         QTest::addColumn<QString>("field");
 
         QTest::newRow("plain") << QVariant(u"Main Shed"_s) << u"Main Shed"_s;
-        QTest::newRow("apostrophe stays bare") << QVariant(u"O'Brien"_s) << u"O'Brien"_s;
         QTest::newRow("comma") << QVariant(u"Portland, OR"_s) << u"\"Portland, OR\""_s;
         QTest::newRow("quotes doubled") << QVariant(u"52\" deck"_s) << u"\"52\"\" deck\""_s;
         QTest::newRow("line feed") << QVariant(u"a\nb"_s) << u"\"a\nb\""_s;
         QTest::newRow("carriage return") << QVariant(u"a\rb"_s) << u"\"a\rb\""_s;
-        QTest::newRow("non-ASCII untouched")
-            << QVariant(u"Zoë Lefèvre, Québec"_s) << u"\"Zoë Lefèvre, Québec\""_s;
         QTest::newRow("null") << QVariant(QMetaType::fromType<QString>()) << QString();
-        QTest::newRow("empty") << QVariant(QString(u""_s)) << QString();
         QTest::newRow("day") << QVariant(QDate(2025, 3, 1)) << u"2025-03-01"_s;
         QTest::newRow("moment") << QVariant(QDateTime(QDate(2025, 3, 1), QTime(7, 5, 9)))
                                 << u"2025-03-01 07:05:09"_s;
-        QTest::newRow("whole number") << QVariant(qlonglong(115080000)) << u"115080000"_s;
         QTest::newRow("fraction") << QVariant(31.5) << u"31.5"_s;
     }
 

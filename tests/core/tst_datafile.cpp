@@ -10,20 +10,27 @@
 #include <QSqlQuery>
 #include <QSqlRecord>
 #include <QTest>
+#include <memory>
 
 using namespace Qt::StringLiterals;
 
-/** What a new data file holds; each test makes its own the slow way, not as a copy. */
+/** What a new data file holds: one made the slow way, not as a copy, serves every test. */
 class TestDataFile : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase() { TANDRILL_REQUIRE_ENGINE(); }
+    void initTestCase()
+    {
+        TANDRILL_REQUIRE_ENGINE();
+        m_t = std::make_unique<TestInstallation>(QDate(2025, 3, 1), TestInstallation::Fresh);
+        QVERIFY2(m_t->isValid(), qPrintable(m_t->error()));
+    }
+    void cleanupTestCase() { m_t.reset(); }
 
     void everyTableAndColumnExists()
     {
-        TANDRILL_INSTALLATION(t, QDate(2025, 3, 1), TestInstallation::Fresh);
+        TestInstallation& t = *m_t;
         for (const Schema::Table& table : Schema::instance().tables()) {
             const QSqlRecord record = t.session().db().record(table.name.toLower());
             QVERIFY2(!record.isEmpty(), qPrintable(table.name));
@@ -54,7 +61,7 @@ private slots:
 
     void startsWithTheFixedListsAndTheChief()
     {
-        TANDRILL_INSTALLATION(t, QDate(2025, 3, 1), TestInstallation::Fresh);
+        TestInstallation& t = *m_t;
         QSqlQuery q(t.session().db());
         QVERIFY(Sql::exec(q, u"SELECT COUNT(*) FROM tblIndicator WHERE ItemID BETWEEN 1 AND 17"_s));
         QVERIFY(q.next());
@@ -78,7 +85,7 @@ private slots:
 
     void columnsKeepTheirRules()
     {
-        TANDRILL_INSTALLATION(t, QDate(2025, 3, 1), TestInstallation::Fresh);
+        TestInstallation& t = *m_t;
         QSqlQuery q(t.session().db());
         // Flags take -1 and 0 only.
         QVERIFY(!Sql::exec(q, u"INSERT INTO tblPart (PartID, Inactive) VALUES ('P1', 1)"_s));
@@ -127,7 +134,7 @@ private slots:
 
     void secondCreateRefusesAndChangesNothing()
     {
-        TANDRILL_INSTALLATION(t, QDate(2025, 3, 1), TestInstallation::Fresh);
+        TestInstallation& t = *m_t;
         DataFile::NewInstallation request;
         request.chiefPassword = u"x"_s;
         request.version = u"9.9.9"_s;
@@ -137,6 +144,9 @@ private slots:
         QVERIFY(error.contains(u"already exists"_s));
         QCOMPARE(Options::versionNo(t.session()), QStringLiteral(TANDRILL_VERSION));
     }
+
+private:
+    std::unique_ptr<TestInstallation> m_t;
 };
 
 QTEST_GUILESS_MAIN(TestDataFile)

@@ -69,11 +69,8 @@ private slots:
 
     void isBlankTrims()
     {
-        for (const QString& blank : {QString(), u"   "_s, u"\t\n"_s}) {
-            QVERIFY(isBlank(blank));
-        }
-        QVERIFY(!isBlank(u"  a "_s));
-        QVERIFY(!isBlank(u"0"_s));
+        QVERIFY(isBlank(u" \t\n"_s));
+        QVERIFY(!isBlank(u" 0 "_s));
     }
 
     void typeCheckAcceptsTheKeysOfEachKind_data()
@@ -143,9 +140,7 @@ private slots:
     {
         QCOMPARE(changeCase('a'), int('A'));
         QCOMPARE(changeCase('z'), int('Z'));
-        for (const char unchanged : {'A', '`', '{', '0'}) {
-            QCOMPARE(changeCase(unchanged), int(unchanged));
-        }
+        QCOMPARE(changeCase('{'), int('{'));
     }
 
     void generateIdIsOneOnEmptyTableThenMaxPlusOne()
@@ -206,10 +201,7 @@ private slots:
         };
         row("unknown table", "tblNope", "", "", table);
         row("table with SQL in it", "tblCrew; DELETE FROM tblCrew", "", "", table);
-        row("unknown order column", "tblCrew", "", "Nope", col);
         row("order with SQL in it", "tblCrew", "", "CrewID; DELETE FROM tblCrew", col);
-        row("order with bad direction", "tblCrew", "", "CrewID DOWN", col);
-        row("unknown filter column", "tblCrew", "Nope = 1", "", col);
         row("faulty filter", "tblCrew", "CrewID = = 1", "", col);
         row("unknown table in filter", "tblCrew", "CrewID IN (SELECT CrewID FROM tblNope)", "",
             table);
@@ -235,8 +227,6 @@ private slots:
         QTest::addColumn<bool>("byName");
         QTest::addColumn<QString>("expected");
         QTest::addRow("shown, by id") << false << false << u"cherry Banana apple"_s;
-        QTest::addRow("shown, by name") << false << true << u"apple Banana cherry"_s;
-        QTest::addRow("all, by id") << true << false << u"cherry Banana Hidden apple"_s;
         QTest::addRow("all, by name") << true << true << u"apple Banana cherry Hidden"_s;
     }
     void indicatorInfoHonoursShowAndOrder()
@@ -265,32 +255,19 @@ private slots:
         QVERIFY(t.failures().isEmpty());
     }
 
-    void crewIdByServiceUsesTheLineKeyForWorkOrderLines()
+    // Work order lines are found by their own key, the other tables by the service's, last row
+    // first.
+    void crewIdByServiceReadsTheTablesKey()
     {
         TANDRILL_INSTALLATION(t);
-        // Line 1 refers to schedule row 2 and line 2 to schedule row 1: the key decides.
         insert(t.session(), u"INSERT INTO tblWoServiceUsed (NserviceUsedID, WorkOrderNo, "
                             "ServiceUsedID, CrewID) VALUES (1, 1, 2, 11), (2, 1, 1, 22)"_s);
-        for (const QString& table :
-             {u"tblWoServiceUsed"_s, u"tblWoserviceUsed"_s, u"TBLWOSERVICEUSED"_s}) {
-            QCOMPARE(crewIdByService(t.session(), 1, table), 11);
-            QCOMPARE(crewIdByService(t.session(), 2, table), 22);
-            QCOMPARE(crewIdByService(t.session(), 3, table), 0);
-        }
-        QVERIFY(t.failures().isEmpty());
-    }
-
-    void crewIdByServiceGivesTheLastRowsCrewOrZero()
-    {
-        TANDRILL_INSTALLATION(t);
-        insert(t.session(), u"INSERT INTO tblServiceUsed (ServiceUsedID, EquipmentID, CrewID) "
-                            "VALUES (4, 1, 9)"_s);
         insert(t.session(), u"INSERT INTO tblWOServiceUsedHistory (ServiceUsedID, CrewID) "
                             "VALUES (7, 3), (7, 8), (6, NULL)"_s);
-        QCOMPARE(crewIdByService(t.session(), 4, u"tblServiceUsed"_s), 9);
+        QCOMPARE(crewIdByService(t.session(), 1, u"TBLWOSERVICEUSED"_s), 11);
+        QCOMPARE(crewIdByService(t.session(), 3, u"tblWoServiceUsed"_s), 0);
         QCOMPARE(crewIdByService(t.session(), 7, u"tblWOServiceUsedHistory"_s), 8);
         QCOMPARE(crewIdByService(t.session(), 6, u"tblWOServiceUsedHistory"_s), 0);
-        QCOMPARE(crewIdByService(t.session(), 5, u"tblServiceUsed"_s), 0);
         QVERIFY(t.failures().isEmpty());
     }
 
@@ -312,17 +289,12 @@ private slots:
         const QString oRing = u"O'Ring 5/8\""_s;
         row("text with apostrophe", "tblPart", "PartID", oRing, "S", true);
         row("small s", "tblPart", "partid", oRing, "s", true);
-        row("text in another case", "tblPart", "PartID", u"o'RING 5/8\""_s, "S", true);
-        row("non-ASCII text", "tblPart", "PartID", u"Dichtung Ø12 – Größe"_s, "S", true);
         row("text not there", "tblPart", "PartID", u"O'Ring"_s, "S", false);
-        row("text differs in blanks", "tblPart", "PartID", u" "_s + oRing, "S", false);
         row("number", "tblEquipment", "CrewID", 12, "N", true);
         row("number as text", "tblEquipment", "CrewID", u" 12 "_s, "n", true);
-        row("number not there", "tblEquipment", "CrewID", 13, "N", false);
         row("kind N with text", "tblEquipment", "CrewID", u"12'; DELETE FROM tblPart --"_s, "N",
             false, "Type mismatch");
         row("unknown table", "tblNope", "CrewID", 1, "N", false, "Invalid Table Name");
-        row("unknown column", "tblEquipment", "Nope", 1, "N", false, "Invalid Column Name");
     }
     void isRecordUsedComparesByKind()
     {
@@ -356,15 +328,11 @@ private slots:
         };
         row("text taken", "Description", u"O'Neil's"_s, QString(), false, true);
         row("text taken in another case", "Description", u"o'neil'S"_s, u"Trees"_s, false, true);
-        row("text free", "Description", u"O'Neil"_s, u"Trees"_s, false, false);
         row("number taken", "CrewNumber", u"5"_s, u"6"_s, true, true);
         row("number free", "CrewNumber", u"7"_s, u"6"_s, true, false);
         // An unchanged key is no duplicate; the unknown column would be reported if asked.
         row("unchanged", "Nope", u"Mower"_s, u"Mower"_s, false, false);
-        row("unchanged but case", "Nope", u"mower"_s, u"MOWER"_s, false, false);
-        row("unchanged but blanks", "Nope", u"  5 "_s, u"5"_s, true, false);
         row("unchanged but both", "Nope", u"o'neil "_s, u" O'Neil"_s, false, false);
-        row("unchanged empty", "Nope", QString(), u"   "_s, true, false);
     }
     void isDuplicateFindsAnotherRowWithTheKey()
     {

@@ -172,157 +172,109 @@ private slots:
         QCOMPARE(texts[1], u"Problem in taking backup of Database."_s);
     }
 
-    void secondStartIsRefusedBeforeBackupAndConnection()
+    // One run at a time; the first start of all makes the workstation's GUID, once.
+    void secondStartIsRefusedAndTheFirstMakesTheGuid()
     {
         TANDRILL_INSTALLATION(t);
+        QVERIFY(Options::setRegistryValue(t.session(), u"GUID"_s, QString()));
         const QString backup = t.installation().backupFolder() + u'/' +
                                Startup::backupFileName(Options::versionNo(t.session()));
+        QString guid;
         {
             Start first(t.installation());
             QCOMPARE(first.startup.connectToDb(), Startup::Outcome::Continue);
+            guid = storedGuid(t.installation());
+            QVERIFY2(QRegularExpression(u"^[0-9A-F]{32}$"_s).match(guid).hasMatch(),
+                     qPrintable(guid));
+            QCOMPARE(Options::option(first.session, u"SERVICE_LATE_RED"_s), u"30"_s);
             QFile::remove(backup);
 
             Start second(t.installation());
             QCOMPARE(second.startup.connectToDb(), Startup::Outcome::Exit);
             QCOMPARE(second.prompter.texts(),
                      QStringList{u"Tandrill application is already open."_s});
-            QVERIFY(!second.session.isOpen());
-            QVERIFY(!QFile::exists(backup));
-            QVERIFY(first.session.isOpen());
+            QVERIFY(!second.session.isOpen() && !QFile::exists(backup));
         }
         // The lock goes with the first run.
         Start third(t.installation());
         QCOMPARE(third.startup.connectToDb(), Startup::Outcome::Continue);
         QVERIFY(third.prompter.shown().isEmpty());
-    }
-
-    void guidIsMadeOnceAtTheFirstStart()
-    {
-        TANDRILL_INSTALLATION(t);
-        QVERIFY(Options::setRegistryValue(t.session(), u"GUID"_s, QString()));
-        QString guid;
-        for (int run = 0; run < 3; ++run) {
-            Start start(t.installation());
-            QCOMPARE(start.startup.connectToDb(), Startup::Outcome::Continue);
-            if (run == 0) {
-                guid = storedGuid(t.installation());
-                QVERIFY2(QRegularExpression(u"^[0-9A-F]{32}$"_s).match(guid).hasMatch(),
-                         qPrintable(guid));
-                // Options work from the first start on.
-                QCOMPARE(Options::option(start.session, u"SERVICE_LATE_RED"_s), u"30"_s);
-            }
-            QCOMPARE(storedGuid(t.installation()), guid);
-        }
+        QCOMPARE(storedGuid(t.installation()), guid);
     }
 
     void checkForUpdateComparesVersionsAsText_data()
     {
         QTest::addColumn<QString>("version");
-        QTest::addColumn<bool>("withSource");
-        QTest::addColumn<QString>("clientVersion");
-        QTest::addColumn<QByteArray>("sourceOffer");
+        QTest::addColumn<QString>("clientVersion");  // null: no source folder
+        QTest::addColumn<QByteArray>("sourceOffer"); // null: no update.txt there
         QTest::addColumn<QByteArray>("clientOffer");
         QTest::addColumn<QString>("installerFolder"); // empty: no update
-        const auto row = [](const char* name, const char* version, bool withSource,
-                            const char* clientVersion, const char* sourceOffer,
-                            const char* clientOffer, const char* installerFolder) {
-            QTest::newRow(name) << QString::fromLatin1(version) << withSource
+        QTest::addColumn<bool>("failure");
+        const auto row = [](const char* name, const char* version, const char* clientVersion,
+                            const char* sourceOffer, const char* clientOffer,
+                            const char* installerFolder, bool failure = false) {
+            QTest::newRow(name) << QString::fromLatin1(version)
                                 << QString::fromLatin1(clientVersion) << QByteArray(sourceOffer)
-                                << QByteArray(clientOffer) << QString::fromLatin1(installerFolder);
+                                << QByteArray(clientOffer) << QString::fromLatin1(installerFolder)
+                                << failure;
         };
-        row("same version", "2.1.4", false, "", "9", "2.1.4\n", "");
-        row("blanks trimmed", "2.1.4", false, "", "9", "   2.1.4  \r\n3.0\r\n", "");
-        row("newer", "2.1.4", false, "", "0", " 2.1.5 \n", "Client");
-        row("10.0 is below 9.0", "9.0", false, "", "0", "10.0\n", "");
-        row("9.1 is above 10.0", "10.0", false, "", "0", "9.1\n", "Client");
-        row("empty line", "2.1.4", false, "", "9", "\n9.9\n", "");
-        row("1.1.1 updates from the source folder", "1.1.1", true, "1.0", "1.1.1\n", "0", "src");
-        row("1.1.0 compares with the client version", "1.1.0", true, "1.1.0", "1.1.0", "9", "");
-        row("older with a source folder uses it", "1.0.5", true, "1.2", "1.1", "9", "");
-        row("newer ignores the source folder", "1.1.2", true, "0", "9.9", "1.1.2", "");
-        row("older without a source folder", "1.0.5", false, "0", "9", "1.0.6", "Client");
+        row("same version", "2.1.4", nullptr, "9", "2.1.4\n", "");
+        row("newer, blanks trimmed", "2.1.4", nullptr, "0", " 2.1.5 \r\n", "Client");
+        row("10.0 is below 9.0", "9.0", nullptr, "0", "10.0\n", "");
+        row("1.1.1 updates from the source folder", "1.1.1", "1.0", "1.1.1\n", "0", "src");
+        row("1.1.0 compares with the client version", "1.1.0", "1.1.0", "1.1.0", "9", "");
+        row("older with a source folder uses it", "1.0.5", "1.2", "1.1", "9", "");
+        row("no offer in the Client folder", "2.2.0", nullptr, "9", nullptr, "", true);
+        row("no offer in the source folder", "1.1.1", "1.0", nullptr, "0", "", true);
+        // The gate keeps an empty source folder: not the working folder, not the Client folder.
+        row("empty source folder", "1.1.0", "", "9", "9.9", "", true);
+        row("installer does not start", "1.5", nullptr, "0", "2.0", "Client", true);
     }
     void checkForUpdateComparesVersionsAsText()
     {
         QFETCH(QString, version);
-        QFETCH(bool, withSource);
         QFETCH(QString, clientVersion);
         QFETCH(QByteArray, sourceOffer);
         QFETCH(QByteArray, clientOffer);
         QFETCH(QString, installerFolder);
-
+        QFETCH(bool, failure);
         QTemporaryDir home;
         const Installation installation(home.path());
-        QVERIFY(writeAll(installation.path(u"Client/update.txt"_s), clientOffer));
-        QVERIFY(writeAll(installation.path(u"src/update.txt"_s), sourceOffer));
+        QVERIFY(clientOffer.isNull() ||
+                writeAll(installation.path(u"Client/update.txt"_s), clientOffer));
+        QVERIFY(sourceOffer.isNull() ||
+                writeAll(installation.path(u"src/update.txt"_s), sourceOffer));
+        // An offer in the working folder must never count.
+        QVERIFY(writeAll(home.filePath(u"work/update.txt"_s), "99"));
+        const QString oldWorkingFolder = QDir::currentPath();
+        QVERIFY(QDir::setCurrent(home.filePath(u"work"_s)));
         Start start(installation);
+        start.launcherWorks = !installerFolder.isEmpty() && !failure;
         start.setValue(u"VERSION"_s, version);
         start.setValue(u"PATH"_s, installation.home() + u'/');
-        start.setValue(u"SRCPATH"_s, withSource ? installation.path(u"src/"_s) : QString());
+        start.setValue(u"SRCPATH"_s,
+                       clientVersion.isEmpty() ? QString() : installation.path(u"src/"_s));
         start.setValue(u"CLIENTVERSION"_s, clientVersion);
-
         const Startup::Outcome outcome = start.startup.checkForUpdate();
-        QVERIFY(start.failures.isEmpty());
-        QCOMPARE(outcome,
-                 installerFolder.isEmpty() ? Startup::Outcome::Continue : Startup::Outcome::Exit);
-        if (installerFolder.isEmpty()) {
-            QVERIFY(start.prompter.shown().isEmpty());
-            QVERIFY(start.launched.isEmpty());
-            return;
-        }
-        QCOMPARE(start.prompter.texts(),
-                 QStringList{u"System found an update for Tandrill. It will start automatically "
-                             "in a moment."_s});
-        QCOMPARE(start.prompter.shown().first().icon, Prompter::Icon::Information);
-        QCOMPARE(start.launched, QStringList{installation.path(installerFolder + u"/setup"_s)});
-    }
-
-    void updateProblemsAreReportedAndTheStartGoesOn_data()
-    {
-        QTest::addColumn<QString>("version");
-        QTest::addColumn<QString>("source");
-        QTest::addColumn<QByteArray>("offer"); // empty: no update.txt in the Client folder
-        QTest::addColumn<bool>("launches");
-        QTest::addRow("no Client folder") << u"2.2.0"_s << QString() << QByteArray() << false;
-        QTest::addRow("source folder without file")
-            << u"1.1.1"_s << u"src/"_s << QByteArray() << false;
-        // The gate keeps an empty source folder: it must not mean the working folder,
-        // nor fall back to the Client folder.
-        QTest::addRow("empty source folder")
-            << u"1.1.0"_s << QString() << QByteArray("9.9") << false;
-        QTest::addRow("installer does not start")
-            << u"1.5"_s << QString() << QByteArray("2.0") << true;
-    }
-    void updateProblemsAreReportedAndTheStartGoesOn()
-    {
-        QFETCH(QString, version);
-        QFETCH(QString, source);
-        QFETCH(QByteArray, offer);
-        QFETCH(bool, launches);
-        TANDRILL_INSTALLATION(t);
-        const QString offerFile = t.installation().path(u"Client/update.txt"_s);
-        QVERIFY(offer.isEmpty() ? QFile::remove(offerFile) : writeAll(offerFile, offer));
-        // An offer in the working folder must not count.
-        QTemporaryDir workingFolder;
-        QVERIFY(writeAll(workingFolder.filePath(u"update.txt"_s), "99"));
-        const QString oldWorkingFolder = QDir::currentPath();
-        QVERIFY(QDir::setCurrent(workingFolder.path()));
-        Start start(t.installation());
-        start.launcherWorks = false;
-        start.setValue(u"VERSION"_s, version);
-        start.setValue(u"SRCPATH"_s, source.isEmpty() ? QString() : t.installation().path(source));
-        const Startup::Outcome outcome = start.startup.run();
         QDir::setCurrent(oldWorkingFolder);
 
-        QCOMPARE(outcome, Startup::Outcome::Continue);
-        QCOMPARE(start.launched.size(), launches ? 1 : 0);
-        QCOMPARE(start.failures.failures().size(), 1);
-        const Failure& f = start.failures.failures().first();
-        QCOMPARE(f.module, u"General Function"_s);
-        QCOMPARE(f.procedure, u"CheckForUpdate"_s);
-        QVERIFY(f.number != 0);
-        QVERIFY(launches || f.description.contains(u"update.txt"_s));
-        QVERIFY(start.session.isOpen());
+        QCOMPARE(outcome,
+                 start.launcherWorks ? Startup::Outcome::Exit : Startup::Outcome::Continue);
+        QCOMPARE(start.launched.size(), installerFolder.isEmpty() ? 0 : 1);
+        QVERIFY(installerFolder.isEmpty() ||
+                start.launched.first() == installation.path(installerFolder + u"/setup"_s));
+        QCOMPARE(start.failures.failures().size(), failure ? 1 : 0);
+        if (failure) {
+            const Failure& f = start.failures.failures().first();
+            QCOMPARE(f.module + u' ' + f.procedure, u"General Function CheckForUpdate"_s);
+            QVERIFY(f.number != 0);
+            QVERIFY(!installerFolder.isEmpty() || f.description.contains(u"update.txt"_s));
+        }
+        QCOMPARE(start.prompter.texts(),
+                 installerFolder.isEmpty()
+                     ? QStringList()
+                     : QStringList{u"System found an update for Tandrill. "
+                                   "It will start automatically in a moment."_s});
     }
 
     void unusableDataEndsTheStartAndIsLeftAsItWas_data()
@@ -330,7 +282,6 @@ private slots:
         QTest::addColumn<QByteArray>("content"); // "missing": no file, "server": unreachable
         QTest::addRow("missing") << QByteArray("missing");
         QTest::addRow("damaged") << QByteArray(8192, '\x5a');
-        QTest::addRow("empty") << QByteArray();
         QTest::addRow("another program's database") << QByteArray("foreign");
         QTest::addRow("server unreachable") << QByteArray("server");
     }
@@ -377,8 +328,6 @@ private slots:
         QTest::addColumn<QString>("security"); // null deletes the option
         QTest::addColumn<int>("loginAnswer");  // -1: no login function, 0: refused, 1: accepted
         QTest::addColumn<bool>("asked");
-        QTest::addRow("off") << u"0"_s << 1 << false;
-        QTest::addRow("empty") << u""_s << 1 << false;
         QTest::addRow("missing") << QString() << 1 << false;
         QTest::addRow("other text") << u"yes"_s << 1 << false;
         QTest::addRow("on, accepted") << u"1"_s << 1 << true;

@@ -89,13 +89,9 @@ private slots:
         const auto row = [](const char* name, B buttons, int press, A answer, int shown) {
             QTest::newRow(name) << buttons << press << answer << shown;
         };
-        row("ok", B::Ok, QMessageBox::Ok, A::Ok, ok);
         row("ok, escape", B::Ok, QMessageBox::NoButton, A::Ok, ok);
         row("yes", B::YesNo, QMessageBox::Yes, A::Yes, yesNo);
-        row("no", B::YesNo, QMessageBox::No, A::No, yesNo);
         row("yes/no, escape is no", B::YesNo, QMessageBox::NoButton, A::No, yesNo);
-        row("3: yes", B::YesNoCancel, QMessageBox::Yes, A::Yes, yesNoCancel);
-        row("3: no", B::YesNoCancel, QMessageBox::No, A::No, yesNoCancel);
         row("3: cancel", B::YesNoCancel, QMessageBox::Cancel, A::Cancel, yesNoCancel);
         row("3: escape is cancel", B::YesNoCancel, QMessageBox::NoButton, A::Cancel, yesNoCancel);
         row("ok/cancel: cancel", B::OkCancel, QMessageBox::Cancel, A::Cancel,
@@ -126,10 +122,6 @@ private slots:
         QTest::addColumn<int>("shownIcon");
         const QString program = QStringLiteral("Korvelle");
         using I = Prompter::Icon;
-        QTest::newRow("information")
-            << QString() << I::Information << program << int(QMessageBox::Information);
-        QTest::newRow("question") << QString() << I::Question << program
-                                  << int(QMessageBox::Question);
         QTest::newRow("exclamation")
             << QString() << I::Exclamation << program << int(QMessageBox::Warning);
         QTest::newRow("critical") << QString() << I::Critical << program
@@ -164,8 +156,6 @@ private slots:
         QTest::addColumn<bool>("accept");
         QTest::addColumn<std::optional<QString>>("result");
         using Text = std::optional<QString>;
-        QTest::newRow("typed") << QString() << QString() << false << QStringLiteral("Crew 7")
-                               << true << Text(QStringLiteral("Crew 7"));
         QTest::newRow("typed over default")
             << QString() << QStringLiteral("Old") << false << QStringLiteral("New") << true
             << Text(QStringLiteral("New"));

@@ -36,15 +36,10 @@ private slots:
     {
         QTest::addColumn<int>("day");
         QTest::addColumn<int>("week");
-        const QList<QList<int>> weeks = {{1, 2, 3, 7},
-                                         {4, 5, 6, 8, 9, 10, 14},
-                                         {11, 12, 13, 15, 16, 17, 21},
-                                         {18, 19, 20, 22, 23, 24, 28},
-                                         {25, 26, 27, 29, 30, 31}};
-        for (int week = 1; week <= 5; ++week) {
-            for (int day : weeks[week - 1]) {
-                QTest::addRow("day %d", day) << day << week;
-            }
+        // Whole weeks, and a rest of three days or less against four or more.
+        const std::pair<int, int> days[] = {{3, 1}, {4, 2}, {7, 1}, {11, 3}, {28, 4}, {29, 5}};
+        for (const auto& [day, week] : days) {
+            QTest::addRow("day %d", day) << day << week;
         }
     }
     void weekNoFollowsItsRoundingTable()
@@ -67,16 +62,10 @@ private slots:
         row("30 days", "D", 30, {2024, 1, 15}, {2024, 2, 14});
         row("2 weeks", "W", 2, {2024, 3, 6}, {2024, 3, 20});
         row("31 Jan + 1 month, leap", "M", 1, {2024, 1, 31}, {2024, 2, 29});
-        row("31 Jan + 1 month", "M", 1, {2023, 1, 31}, {2023, 2, 28});
         row("31 Jan + 13 months", "M", 13, {2023, 1, 31}, {2024, 2, 29});
-        row("31 Mar - 1 month", "M", -1, {2024, 3, 31}, {2024, 2, 29});
-        row("31 Aug + 1 month", "M", 1, {2024, 8, 31}, {2024, 9, 30});
         row("29 Feb + 1 year", "Y", 1, {2024, 2, 29}, {2025, 2, 28});
-        row("29 Feb + 4 years", "Y", 4, {2024, 2, 29}, {2028, 2, 29});
-        row("interval 0", "D", 0, {2024, 5, 5}, {2024, 5, 5});
         row("lower case code", "d", 1, {2024, 5, 5}, QDate());
         row("meter code", "H", 1, {2024, 5, 5}, QDate());
-        row("empty date", "D", 1, QDate(), QDate());
         row("beyond year 9999", "Y", 8000, {2024, 5, 5}, QDate());
         row("huge weeks", "W", 4'000'000'000'000'000'000LL, {2024, 5, 5}, QDate());
     }
@@ -104,30 +93,23 @@ private slots:
             QTest::newRow(name) << step << selected << date << expected << monthEnded
                                 << weekWrapped;
         };
-        row("month: selected stays", {3}, {2024, 3, 17}, {2024, 3, 17});
         row("month: later this year", {6, 9}, {2024, 7, 17}, {2024, 9, 1});
         row("month: next year", {4}, {2024, 11, 15}, {2025, 4, 1});
         row("month: none selected", {}, {2024, 11, 15}, QDate());
         row("week: 7th is week 1", {1}, {2024, 1, 7}, {2024, 1, 7});
         row("week: 5th is week 2", {1}, {2024, 1, 5}, {2024, 2, 1}, true);
-        row("week: to week 3", {3}, {2024, 1, 4}, {2024, 1, 15});
         row("week: to week 5", {5}, {2024, 4, 2}, {2024, 4, 29});
         row("week: week 5 of 28-day Feb", {5}, {2023, 2, 2}, {2023, 3, 1}, true);
         row("week: week 5 of 29-day Feb", {5}, {2024, 2, 2}, {2024, 2, 29});
         row("week: past the last week", {2}, {2024, 12, 20}, {2025, 1, 1}, true);
-        row("week: none selected", {}, {2024, 12, 20}, {2025, 1, 1}, true);
         // March 2024 begins on a Friday, so its blocks start on Fridays.
-        row("day: selected stays", {Fri}, {2024, 3, 1}, {2024, 3, 1});
         row("day: later in block", {Mon}, {2024, 3, 1}, {2024, 3, 4});
         row("day: block edge", {Thu}, {2024, 3, 8}, {2024, 3, 14});
         row("day: wraps at the 15th", {Wed}, {2024, 3, 14}, {2024, 3, 15}, false, true);
         row("day: month ends", {Mon}, {2024, 3, 29}, {2024, 4, 1}, true);
         row("day: none selected", {}, {2024, 3, 10}, {2024, 3, 15}, false, true);
-        row("dom: same day", {15}, {2024, 1, 15}, {2024, 1, 15});
         row("dom: next month", {15}, {2024, 1, 20}, {2024, 2, 15});
         row("dom: 31 skips short months", {31}, {2024, 4, 1}, {2024, 5, 31});
-        row("dom: 29 in leap Feb", {29}, {2024, 2, 2}, {2024, 2, 29});
-        row("dom: 29 skips plain Feb", {29}, {2023, 2, 2}, {2023, 3, 29});
         row("dom: later slot", {0, 0, 0, 0, 9}, {2024, 1, 1}, {2024, 1, 9});
         row("dom: no real day", {0, 32, -1, 99, 0}, {2024, 1, 1}, QDate());
     }
@@ -172,13 +154,10 @@ private slots:
         };
         // A block runs on past what weekNo says of its last days.
         row("week 2 block takes the 6th", all, {2}, {Mon}, {2024, 5, 5}, {2024, 5, 6});
-        row("week 2 block takes the 7th", all, {2}, {Mon}, {2024, 10, 5}, {2024, 10, 7});
         row("week 5 skips 28-day Feb", all, {5}, all, {2025, 2, 1}, {2025, 3, 29});
         row("Feb week 5 waits for leap year", {2}, {5}, all, {2025, 2, 1}, {2028, 2, 29});
-        row("Feb week 5 on a Sunday", {2}, {5}, {Sun}, {2025, 2, 1}, {2032, 2, 29});
         row("Feb week 5 on a Saturday", {2}, {5}, {Sat}, {2025, 2, 1}, {2048, 2, 29});
         row("no month", {}, all, all, {2025, 2, 1}, QDate());
-        row("no week", all, {}, all, {2025, 2, 1}, QDate());
         row("no day", all, all, {}, {2025, 2, 1}, QDate());
     }
     void checkSchDateWalksUntilAllAgree()
@@ -196,11 +175,8 @@ private slots:
     {
         QTest::addColumn<int>("minutes");
         QTest::addColumn<QString>("text");
-        QTest::addRow("zero") << 0 << u"0:00"_s;
         QTest::addRow("minutes only") << 5 << u"0:05"_s;
-        QTest::addRow("hour and minutes") << 65 << u"1:05"_s;
         QTest::addRow("whole hours") << 600 << u"10:00"_s;
-        QTest::addRow("last of a day") << 1439 << u"23:59"_s;
         QTest::addRow("a day or more") << 1530 << u"25:30"_s;
         QTest::addRow("negative") << -5 << u"-0:05"_s;
     }
@@ -222,8 +198,6 @@ private slots:
         };
         row("D", "Days", false);
         row("W", "Weeks", false);
-        row("M", "Months", false);
-        row("Y", "Years", false);
         row("C", "Counts", true);
         row("H", "Hours", true);
         row("K", "Kilometers", true);

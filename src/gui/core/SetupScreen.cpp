@@ -116,7 +116,9 @@ void SetupScreen::buildUserFieldsTab()
         QLineEdit* edit = namedLineEdit(QStringLiteral("txtField%1").arg(i + 1), page);
         form->addRow(QStringLiteral("Field %1").arg(i + 1), edit);
         connect(edit, &QLineEdit::textChanged, this, &SetupScreen::markModified);
-        connect(edit, &QLineEdit::editingFinished, this, [this, i] { restoreBlankCaption(i); });
+        // Not editingFinished: it also fires while ~QDialog hides a screen already destroyed.
+        onFieldExit(edit, [this, i](QWidget*) { restoreBlankCaption(i); });
+        connect(edit, &QLineEdit::returnPressed, this, [this, i] { restoreBlankCaption(i); });
         m_userFields.append(edit);
     }
     layout->addLayout(form);
