@@ -1,5 +1,7 @@
 #include "CsvWriter.h"
 
+#include "ReportExport.h"
+
 #include <QDate>
 #include <QDateTime>
 #include <QSqlQuery>
@@ -28,22 +30,11 @@ QString plainText(const QVariant& value)
     return value.toString();
 }
 
-QString quoted(const QString& text)
-{
-    static const QString needsQuotes = QStringLiteral(",\"\r\n");
-    for (const QChar c : text) {
-        if (needsQuotes.contains(c)) {
-            return u'"' + QString(text).replace(u'"', QStringLiteral("\"\"")) + u'"';
-        }
-    }
-    return text;
-}
-
 } // namespace
 
 QString field(const QVariant& value)
 {
-    return quoted(plainText(value));
+    return ReportExport::csvField(plainText(value));
 }
 
 qint64 writeQuery(QSqlQuery& query, QTextStream& out)
@@ -51,7 +42,7 @@ qint64 writeQuery(QSqlQuery& query, QTextStream& out)
     const QSqlRecord record = query.record();
     QStringList fields;
     for (int c = 0; c < record.count(); ++c) {
-        fields.append(quoted(record.fieldName(c)));
+        fields.append(ReportExport::csvField(record.fieldName(c)));
     }
     out << fields.join(u',') << u'\n';
     qint64 rows = 0;
