@@ -39,28 +39,6 @@ class TestTransaction : public QObject
 private slots:
     void initTestCase() { TANDRILL_REQUIRE_ENGINE(); }
 
-    void savepointUndoesAFailureAndKeepsTheTransaction()
-    {
-        TANDRILL_INSTALLATION(t);
-        Session& s = t.session();
-        Transaction tx(s);
-        QVERIFY(addCrew(s, 1));
-        {
-            Savepoint failing(s, u"attempt"_s);
-            QVERIFY2(failing.isActive(), qPrintable(failing.error()));
-            QVERIFY(addCrew(s, 2));
-            QSqlQuery q(s.db());
-            QVERIFY(!Sql::exec(q, u"INSERT INTO tblNope (x) VALUES (1)"_s));
-        }
-        {
-            Savepoint kept(s, u"attempt"_s);
-            QVERIFY(addCrew(s, 3));
-            kept.release();
-        }
-        QVERIFY(tx.commit());
-        QCOMPARE(crews(s.db2()), 2);
-    }
-
     void outerGuardKeepsOnlyCommittedWork_data()
     {
         QTest::addColumn<QString>("end");
@@ -68,6 +46,7 @@ private slots:
         QTest::addRow("rollback") << u"rollback"_s;
         QTest::addRow("destroyed without commit") << u"destroyed"_s;
     }
+    // Joined guards leave the decision to the one that opened the transaction.
     void outerGuardKeepsOnlyCommittedWork()
     {
         QFETCH(QString, end);
@@ -75,33 +54,7 @@ private slots:
         Session& s = t.session();
         {
             Transaction tx(s);
-            QVERIFY2(tx.isActive(), qPrintable(tx.error()));
-            QVERIFY(tx.ownsTransaction());
-            QVERIFY(s.transactionOpen());
-            QVERIFY(addCrew(s, 1));
-            QCOMPARE(crews(s.db()), 1);
-            QCOMPARE(crews(s.db2()), 0);
-            if (end == u"commit"_s) {
-                QVERIFY(tx.commit());
-            } else if (end == u"rollback"_s) {
-                tx.rollback();
-                QVERIFY(!tx.commit());
-            }
-            QCOMPARE(tx.isActive(), end == u"destroyed"_s);
-            QCOMPARE(s.transactionOpen(), end == u"destroyed"_s);
-        }
-        QVERIFY(!s.transactionOpen());
-        const qint64 kept = end == u"commit"_s ? 1 : 0;
-        QCOMPARE(crews(s.db()), kept);
-        QCOMPARE(crews(s.db2()), kept);
-    }
-
-    void innerCommitLeavesTheDecisionToTheOuter()
-    {
-        TANDRILL_INSTALLATION(t);
-        Session& s = t.session();
-        {
-            Transaction outer(s);
+            QVERIFY2(tx.isActive() && tx.ownsTransaction(), qPrintable(tx.error()));
             QVERIFY(addCrew(s, 1));
             {
                 Transaction inner(s);
@@ -109,16 +62,20 @@ private slots:
                 QVERIFY(addCrew(s, 2));
                 QVERIFY(inner.commit());
             }
-            {
-                // A joined guard that ends without commit does not undo the outer work.
-                Transaction abandoned(s);
-            }
+            Transaction{s}; // joined and abandoned
             QVERIFY(s.transactionOpen());
             QCOMPARE(crews(s.db()), 2);
             QCOMPARE(crews(s.db2()), 0);
+            if (end == u"commit"_s) {
+                QVERIFY(tx.commit());
+            } else if (end == u"rollback"_s) {
+                tx.rollback();
+                QVERIFY(!tx.commit());
+            }
+            QCOMPARE(s.transactionOpen(), end == u"destroyed"_s);
         }
         QVERIFY(!s.transactionOpen());
-        QCOMPARE(crews(s.db2()), 0);
+        QCOMPARE(crews(s.db2()), end == u"commit"_s ? 2 : 0);
     }
 
     // PostgreSQL aborts the transaction at a failed statement; SQLite keeps it.
@@ -143,6 +100,7 @@ private slots:
         QTest::addRow("own transaction") << false;
         QTest::addRow("joined an open edit") << true;
     }
+    // A scope that joins an open edit stands on a savepoint of its own.
     void writeScopeUndoesOnlyItsOwnWorkOnAFailure()
     {
         QFETCH(bool, joined);
@@ -153,20 +111,24 @@ private slots:
             edit.emplace(s);
             QVERIFY(addCrew(s, 1));
         }
-        {
+        const auto write = [&s](const QString& values, bool fails) {
             WriteScope write(s, u"Crew"_s, u"SaveRecord"_s);
-            QVERIFY(write.exec(u"INSERT INTO tblCrew (CrewNumber) VALUES (2)"_s));
-            QVERIFY(!write.exec(u"INSERT INTO tblNope (x) VALUES (1)"_s));
-            QVERIFY2(!write.exec(u"INSERT INTO tblCrew (CrewNumber) VALUES (3)"_s), "stopped");
-            QVERIFY(!write.commit());
-        }
+            QVERIFY(write.exec(u"INSERT INTO tblCrew (CrewNumber) VALUES "_s + values));
+            QCOMPARE(write.exec(fails ? u"INSERT INTO tblNope (x) VALUES (1)"_s : u"SELECT 1"_s),
+                     !fails);
+            QVERIFY2(write.exec(u"INSERT INTO tblCrew (CrewNumber) VALUES (9)"_s) != fails,
+                     "stopped");
+            QCOMPARE(write.commit(), !fails);
+        };
+        write(u"(2)"_s, false);
+        write(u"(3), (4)"_s, true);
         QCOMPARE(t.failures().failures().size(), 1);
         QCOMPARE(t.failures().failures()[0].procedure, u"SaveRecord"_s);
         QCOMPARE(s.transactionOpen(), joined);
-        QCOMPARE(crews(s.db()), joined ? 1 : 0); // the edit's own work stands
+        QCOMPARE(crews(s.db()), joined ? 3 : 2); // the edit's own work stands
         if (joined) {
             QVERIFY(edit->commit());
-            QCOMPARE(crews(s.db2()), 1);
+            QCOMPARE(crews(s.db2()), 3);
         }
     }
 
