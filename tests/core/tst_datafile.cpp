@@ -27,24 +27,6 @@ private slots:
     }
     void cleanupTestCase() { m_t.reset(); }
 
-    void dataModelPageNamesEveryTableAndColumn()
-    {
-        QFile page(QStringLiteral(TANDRILL_DATA_MODEL_DOC));
-        QVERIFY2(page.open(QIODevice::ReadOnly | QIODevice::Text), TANDRILL_DATA_MODEL_DOC);
-        const QString text = QString::fromUtf8(page.readAll());
-        for (const Schema::Table& table : Schema::instance().tables()) {
-            const QString heading = u"\n### %1\n"_s.arg(table.name);
-            const qsizetype start = text.indexOf(heading);
-            QVERIFY2(start >= 0, qPrintable(table.name));
-            const qsizetype end = text.indexOf(u"\n### "_s, start + heading.size());
-            const QString section = text.mid(start, end < 0 ? -1 : end - start);
-            for (const Schema::Column& column : table.columns) {
-                QVERIFY2(section.contains(u"| `%1` |"_s.arg(column.name)),
-                         qPrintable(table.name + u'.' + column.name));
-            }
-        }
-    }
-
     void startsWithTheFixedListsAndTheChief()
     {
         TestInstallation& t = *m_t;
@@ -115,19 +97,6 @@ private slots:
             ++checked;
         }
         QCOMPARE(checked, 8);
-    }
-
-    void secondCreateRefusesAndChangesNothing()
-    {
-        TestInstallation& t = *m_t;
-        DataFile::NewInstallation request;
-        request.chiefPassword = u"x"_s;
-        request.version = u"9.9.9"_s;
-        request.connection = t.session().connectionSettings();
-        QString error;
-        QVERIFY(!DataFile::create(t.installation(), request, &error));
-        QVERIFY(error.contains(u"already exists"_s));
-        QCOMPARE(Options::versionNo(t.session()), QStringLiteral(TANDRILL_VERSION));
     }
 
 private:

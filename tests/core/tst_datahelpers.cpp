@@ -18,14 +18,6 @@ void insert(Session& session, const QString& sql, const QVariantList& values = {
     }
 }
 
-void addCrews(Session& session, const QList<std::pair<qint64, QString>>& crews)
-{
-    for (const auto& [number, description] : crews) {
-        insert(session, u"INSERT INTO tblCrew (CrewNumber, Description) VALUES (?, ?)"_s,
-               {number, description});
-    }
-}
-
 QStringList column(const Rows& rows, const QString& name)
 {
     QStringList values;
@@ -124,7 +116,10 @@ private slots:
         Session& s = t.session();
         QVERIFY(tableInfo(s, u"tblCrew"_s).isEmpty());
         QCOMPARE(recordCount(s, u"tblCrew"_s), 0);
-        addCrews(s, {{10, u"Tree"_s}, {2, u"O'Neil's"_s}, {5, u"O'Neil's"_s}});
+        insert(
+            s,
+            u"INSERT INTO tblCrew (CrewNumber, Description) VALUES (10, 'Tree'), (2, ?), (5, ?)"_s,
+            {u"O'Neil's"_s, u"O'Neil's"_s});
         QCOMPARE(
             column(tableInfo(s, u"tblCrew"_s, {u"CrewNumber > ?"_s, {3}}, u"CrewNumber DESC"_s),
                    u"CrewNumber"_s),
@@ -195,8 +190,9 @@ private slots:
     {
         TANDRILL_INSTALLATION(t);
         Session& s = t.session();
-        addCrews(s, {{5, u"O'Neil's"_s}});
-        insert(s, u"INSERT INTO tblPart (PartID) VALUES (?)"_s, {u"P1"_s});
+        insert(s, u"INSERT INTO tblCrew (CrewNumber, Description) VALUES (5, ?)"_s,
+               {u"O'Neil's"_s});
+        insert(s, u"INSERT INTO tblPart (PartID) VALUES ('P1')"_s);
         const QString crew = u"tblCrew"_s;
         const QString number = u"CrewNumber"_s;
         QVERIFY(isDuplicate(s, u"tblPart"_s, u"PartID"_s, u"p1"_s, QString(), false));

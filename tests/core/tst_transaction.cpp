@@ -7,7 +7,6 @@
 
 #include <QSqlQuery>
 #include <QTest>
-#include <optional>
 
 using namespace Qt::StringLiterals;
 
@@ -94,23 +93,13 @@ private slots:
         QCOMPARE(crews(s.db2()), sqlite ? 1 : 0);
     }
 
-    void writeScopeUndoesOnlyItsOwnWorkOnAFailure_data()
-    {
-        QTest::addColumn<bool>("joined");
-        QTest::addRow("own transaction") << false;
-        QTest::addRow("joined an open edit") << true;
-    }
     // A scope that joins an open edit stands on a savepoint of its own.
     void writeScopeUndoesOnlyItsOwnWorkOnAFailure()
     {
-        QFETCH(bool, joined);
         TANDRILL_INSTALLATION(t);
         Session& s = t.session();
-        std::optional<Transaction> edit;
-        if (joined) {
-            edit.emplace(s);
-            QVERIFY(addCrew(s, 1));
-        }
+        Transaction edit(s);
+        QVERIFY(addCrew(s, 1));
         const auto write = [&s](const QString& values, bool fails) {
             WriteScope write(s, u"Crew"_s, u"SaveRecord"_s);
             QVERIFY(write.exec(u"INSERT INTO tblCrew (CrewNumber) VALUES "_s + values));
@@ -124,12 +113,9 @@ private slots:
         write(u"(3), (4)"_s, true);
         QCOMPARE(t.failures().failures().size(), 1);
         QCOMPARE(t.failures().failures()[0].procedure, u"SaveRecord"_s);
-        QCOMPARE(s.transactionOpen(), joined);
-        QCOMPARE(crews(s.db()), joined ? 3 : 2); // the edit's own work stands
-        if (joined) {
-            QVERIFY(edit->commit());
-            QCOMPARE(crews(s.db2()), 3);
-        }
+        QVERIFY(s.transactionOpen());
+        QVERIFY(edit.commit());
+        QCOMPARE(crews(s.db2()), 3); // the edit's own work stands
     }
 
     void optionsAndKeptFailuresOutliveARevertedEdit()
@@ -150,24 +136,18 @@ private slots:
         QVERIFY(Sql::exec(q, u"SELECT ErrDescription FROM tblErrorList"_s) && q.next());
         QCOMPARE(q.value(0).toString(), u"it's gone"_s);
         QVERIFY(t.failures().isEmpty());
-    }
 
-    void heldWriteThatFailsLaterIsReported()
-    {
-        TANDRILL_INSTALLATION(t);
-        Session& s = t.session();
+        // Only SQLite, with its one writer, holds them; one that fails later is reported then.
         {
             Transaction edit(s);
-            if (!s.holdsSideWrites()) {
-                QSKIP("only SQLite, with its one writer, holds writes during an edit");
-            }
             QVERIFY(saveErrorList(s, Failure{u"frmCrew"_s, u"SaveRecord"_s, 5, u"x"_s, 0}));
-            QSqlQuery q(s.db());
-            QVERIFY(Sql::exec(q, u"DROP TABLE tblErrorList"_s));
+            QSqlQuery drop(s.db());
+            QVERIFY(Sql::exec(drop, u"DROP TABLE tblErrorList"_s));
             QVERIFY(edit.commit());
         }
-        QCOMPARE(t.failures().failures().size(), 1);
-        QCOMPARE(t.failures().failures()[0].procedure, u"SaveErrorList"_s);
+        QCOMPARE(t.failures().failures().size(), s.dialect().isSqlite() ? 1 : 0);
+        QVERIFY(t.failures().isEmpty() ||
+                t.failures().failures()[0].procedure == u"SaveErrorList"_s);
     }
 };
 
