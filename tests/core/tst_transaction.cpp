@@ -87,6 +87,10 @@ private slots:
         QSqlQuery q(s.db());
         QVERIFY(!Sql::exec(q, u"INSERT INTO tblPart (PartID, Inactive) VALUES ('P', 5)"_s));
         const bool sqlite = s.dialect().isSqlite();
+        {
+            const Savepoint after(s, u"after"_s); // refused too where the transaction stopped
+            QCOMPARE(after.error().isEmpty(), sqlite);
+        }
         QCOMPARE(tx.commit(), sqlite);
         QCOMPARE(tx.error().isEmpty(), sqlite);
         QVERIFY(!s.transactionOpen());
