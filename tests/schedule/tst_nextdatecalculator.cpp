@@ -71,7 +71,7 @@ public:
             row[column] = NumberColumns.contains(column) ? QVariant(value.toLongLong()) : value;
             for (const auto& [name, columns] : Selections) {
                 for (qsizetype i = 0; name == column && i < columns.size(); ++i) {
-                    const QChar flag = value.value(i);
+                    const QChar flag = i < value.size() ? value.at(i) : QChar();
                     row[columns[i]] = flag == u'1' ? u"1"_s : flag == u'x' ? u"-1"_s : u"0"_s;
                 }
                 row.remove(name);
