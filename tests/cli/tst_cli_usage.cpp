@@ -75,8 +75,6 @@ private slots:
         QTest::addColumn<QString>("given");
         QTest::addColumn<QString>("positional");
 
-        QTest::newRow("option after word")
-            << QStringList{u"7"_s, u"--given"_s, u"d"_s} << u"d"_s << u"7"_s;
         QTest::newRow("end of options")
             << QStringList{u"--"_s, u"--given"_s} << QString() << u"--given"_s;
         QTest::newRow("statement with dashes")

@@ -42,11 +42,6 @@ private slots:
         QString error;
         QVERIFY2(m_demo->generate(&error), qPrintable(error));
     }
-    void cleanupTestCase()
-    {
-        m_demo.reset();
-        m_t.reset();
-    }
 
     void countsMatchWhatWasWritten()
     {
