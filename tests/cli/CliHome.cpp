@@ -61,22 +61,14 @@ CliResult CliHome::run(const QStringList& words, const QDate& today) const
                   words);
 }
 
-QStringList CliHome::sql(const QString& statement) const
-{
-    const CliResult r = run({u"sql"_s, statement});
-    if (r.code != 0) {
-        qWarning("sql failed: %s", qPrintable(r.err));
-        return {};
-    }
-    return r.out.split(u'\n', Qt::SkipEmptyParts);
-}
-
 QString CliHome::value(const QString& statement) const
 {
-    const QStringList lines = sql(statement);
-    const QString field = lines.value(1);
-    if (lines.size() != 2 || !field.startsWith(u'"')) {
-        return lines.size() == 2 ? field : QString();
+    const CliResult r = run({u"sql"_s, statement});
+    const QString field = r.out.section(u'\n', 1, 1);
+    if (r.code != 0 || r.out.count(u'\n') != 2) {
+        qWarning("no single value: %s", qPrintable(r.out + r.err));
+        return QString();
     }
-    return field.mid(1, field.size() - 2).replace(u"\"\""_s, u"\""_s);
+    return field.startsWith(u'"') ? field.mid(1, field.size() - 2).replace(u"\"\""_s, u"\""_s)
+                                  : field;
 }

@@ -43,8 +43,6 @@ public:
               const QDate& today = QDate(2025, 3, 1));
     /** Runs a command on this installation, with --home and --today set. */
     CliResult run(const QStringList& words, const QDate& today = QDate(2025, 3, 1)) const;
-    /** Runs a statement and returns the output lines; empty when it failed. */
-    QStringList sql(const QString& statement) const;
     /** The value printed by a one-column, one-row query, its CSV quotes taken off. */
     QString value(const QString& statement) const;
 

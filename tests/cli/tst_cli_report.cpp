@@ -44,12 +44,11 @@ void TestCliReport::runsReportsIntoFiles()
     QFETCH(int, code);
     QFETCH(QString, output);
     TANDRILL_CLI_HOME(h);
-    for (const QString& row : {u"1, 'Mower', 'M-1'"_s, u"2, 'Truck', 'M-2'"_s}) {
-        QVERIFY(!h.sql(u"INSERT INTO tblEquipment (EquipmentID, EquipmentName, UnitNo, "
-                       "Inactive) VALUES ("_s +
-                       row + u", '0')"_s)
-                     .isEmpty());
-    }
+    const CliResult made =
+        h.run({u"sql"_s, u"INSERT INTO tblEquipment (EquipmentID, "
+                         "EquipmentName, UnitNo, Inactive) VALUES "
+                         "(1, 'Mower', 'M-1', '0'), (2, 'Truck', 'M-2', '0')"_s});
+    QVERIFY2(made.code == 0, qPrintable(made.err));
     const QString out = h.home() + u"/out"_s;
     words.replaceInStrings(u"OUT"_s, out);
     const CliResult result = h.run(words);

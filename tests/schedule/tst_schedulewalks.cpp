@@ -62,10 +62,8 @@ private slots:
         row("30 days", "D", 30, {2024, 1, 15}, {2024, 2, 14});
         row("2 weeks", "W", 2, {2024, 3, 6}, {2024, 3, 20});
         row("31 Jan + 1 month, leap", "M", 1, {2024, 1, 31}, {2024, 2, 29});
-        row("31 Jan + 13 months", "M", 13, {2023, 1, 31}, {2024, 2, 29});
         row("29 Feb + 1 year", "Y", 1, {2024, 2, 29}, {2025, 2, 28});
         row("lower case code", "d", 1, {2024, 5, 5}, QDate());
-        row("meter code", "H", 1, {2024, 5, 5}, QDate());
         row("beyond year 9999", "Y", 8000, {2024, 5, 5}, QDate());
         row("huge weeks", "W", 4'000'000'000'000'000'000LL, {2024, 5, 5}, QDate());
     }
@@ -93,7 +91,6 @@ private slots:
             QTest::newRow(name) << step << selected << date << expected << monthEnded
                                 << weekWrapped;
         };
-        row("month: later this year", {6, 9}, {2024, 7, 17}, {2024, 9, 1});
         row("month: next year", {4}, {2024, 11, 15}, {2025, 4, 1});
         row("month: none selected", {}, {2024, 11, 15}, QDate());
         row("week: 7th is week 1", {1}, {2024, 1, 7}, {2024, 1, 7});
@@ -103,14 +100,12 @@ private slots:
         row("week: week 5 of 29-day Feb", {5}, {2024, 2, 2}, {2024, 2, 29});
         row("week: past the last week", {2}, {2024, 12, 20}, {2025, 1, 1}, true);
         // March 2024 begins on a Friday, so its blocks start on Fridays.
-        row("day: later in block", {Mon}, {2024, 3, 1}, {2024, 3, 4});
         row("day: block edge", {Thu}, {2024, 3, 8}, {2024, 3, 14});
         row("day: wraps at the 15th", {Wed}, {2024, 3, 14}, {2024, 3, 15}, false, true);
         row("day: month ends", {Mon}, {2024, 3, 29}, {2024, 4, 1}, true);
         row("day: none selected", {}, {2024, 3, 10}, {2024, 3, 15}, false, true);
         row("dom: next month", {15}, {2024, 1, 20}, {2024, 2, 15});
         row("dom: 31 skips short months", {31}, {2024, 4, 1}, {2024, 5, 31});
-        row("dom: later slot", {0, 0, 0, 0, 9}, {2024, 1, 1}, {2024, 1, 9});
         row("dom: no real day", {0, 32, -1, 99, 0}, {2024, 1, 1}, QDate());
     }
     void stepsStopWhereTheSelectionAllows()
@@ -158,7 +153,6 @@ private slots:
         row("Feb week 5 waits for leap year", {2}, {5}, all, {2025, 2, 1}, {2028, 2, 29});
         row("Feb week 5 on a Saturday", {2}, {5}, {Sat}, {2025, 2, 1}, {2048, 2, 29});
         row("no month", {}, all, all, {2025, 2, 1}, QDate());
-        row("no day", all, all, {}, {2025, 2, 1}, QDate());
     }
     void checkSchDateWalksUntilAllAgree()
     {
@@ -171,20 +165,11 @@ private slots:
                  expected);
     }
 
-    void changeMinuteInHourFormats_data()
-    {
-        QTest::addColumn<int>("minutes");
-        QTest::addColumn<QString>("text");
-        QTest::addRow("minutes only") << 5 << u"0:05"_s;
-        QTest::addRow("whole hours") << 600 << u"10:00"_s;
-        QTest::addRow("a day or more") << 1530 << u"25:30"_s;
-        QTest::addRow("negative") << -5 << u"-0:05"_s;
-    }
     void changeMinuteInHourFormats()
     {
-        QFETCH(int, minutes);
-        QFETCH(QString, text);
-        QCOMPARE(Calc::changeMinuteInHour(minutes), text);
+        QCOMPARE(Calc::changeMinuteInHour(5), u"0:05"_s);
+        QCOMPARE(Calc::changeMinuteInHour(1530), u"25:30"_s); // a day or more keeps counting hours
+        QCOMPARE(Calc::changeMinuteInHour(-5), u"-0:05"_s);
     }
 
     void periodCodes_data()
@@ -193,17 +178,11 @@ private slots:
         QTest::addColumn<QString>("text");
         QTest::addColumn<bool>("meter");
         const auto row = [](const char* code, const char* text, bool meter) {
-            QTest::newRow(*code ? code : "empty")
-                << QString::fromLatin1(code) << QString::fromLatin1(text) << meter;
+            QTest::newRow(code) << QString::fromLatin1(code) << QString::fromLatin1(text) << meter;
         };
         row("D", "Days", false);
-        row("W", "Weeks", false);
-        row("C", "Counts", true);
-        row("H", "Hours", true);
-        row("K", "Kilometers", true);
         row("I", "Miles", true);
         row("h", "", false);
-        row("", "", false);
     }
     void periodCodes()
     {
@@ -230,7 +209,6 @@ private slots:
         QTest::addRow("S") << u"S"_s << u"Service Original Scheduled"_s << true << true;
         QTest::addRow("s") << u"s"_s << QString() << true << true;
         QTest::addRow("D") << u"D"_s << u"Don't Schedule Again"_s << false << false;
-        QTest::addRow("empty") << QString() << QString() << false << true;
     }
     void renewalOnCodes()
     {
