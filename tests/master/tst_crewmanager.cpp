@@ -43,7 +43,6 @@ private slots:
         const qint64 second = addCrew(t.session(), 10, u"O'Brien's edging"_s);
         const qint64 third = addCrew(t.session(), 40, u"Drop"_s);
         QVERIFY(first > 0 && second > first && third > second);
-
         Crew changed{first, 30, u"Mowing north"_s};
         QVERIFY(CrewManager(t.session()).saveRecord(changed, false));
         QVERIFY(CrewManager(t.session()).deleteRecord(third));
@@ -61,7 +60,6 @@ private slots:
         const QString used = u"tblServiceUsed (CrewID) VALUES (?)|"_s;
         const QString employee = u"tblEmployee (EmployeeID, Crew) VALUES ('E1', ?)|"_s;
         const QString equipment = u"tblEquipment (EquipmentID, CrewID) VALUES (1, ?)|"_s;
-        QTest::addRow("service on equipment") << used << u"ServiceUsed"_s;
         QTest::addRow("equipment") << equipment << u"Equipment"_s;
         QTest::addRow("employee before equipment") << equipment + employee << u"Employee"_s;
         QTest::addRow("services before all")
