@@ -16,8 +16,7 @@ constexpr double PointsPerMm = 72 / 25.4;
 constexpr double MarginMm = 15;
 constexpr double CostRightMm = MarginMm + 60 + 15 + 25; // the right edge of the Cost column
 
-const QByteArray Layout = R"({
-    "title": "Services",
+const QByteArray Layout = R"({"title": "Services",
     "page": {"size": "Letter", "margins": {"left": 15, "top": 15, "right": 15, "bottom": 15}},
     "pageHeader": [{"name": "lblCompanyName", "text": "Greenway", "size": 12, "bold": true}],
     "columns": [{"field": "Name", "caption": "Service", "width": 60},
@@ -26,8 +25,7 @@ const QByteArray Layout = R"({
                 {"field": "Due", "width": 30, "format": "date"}],
     "groups": [{"field": "Period", "header": "Period {value}", "footer": "Subtotal",
                 "totals": ["Cost"]}],
-    "reportFooter": {"label": "Grand", "totals": ["Cost"]}
-})";
+    "reportFooter": {"label": "Grand", "totals": ["Cost"]}})";
 
 /** 150 services in three periods; Cost i * 10.5 so the totals are known. */
 ReportDocument services()

@@ -8,8 +8,9 @@
 #include <utility>
 
 /**
- * A mail server on 127.0.0.1 that takes one mail at a time: it says yes to every command and
- * keeps the sender, the recipients and what follows DATA. Destroying it drops its connections.
+ * A mail server on 127.0.0.1 that takes one mail at a time: it says yes to every command (or no
+ * to every recipient, when asked) and keeps the sender, the recipients and what follows DATA.
+ * Destroying it drops its connections.
  */
 class SmtpSink
 {
@@ -19,6 +20,12 @@ public:
         QByteArray from;
         QByteArrayList recipients;
         QByteArray data;
+
+        /** The body after the headers, decoded from base64. */
+        QByteArray decodedBody() const
+        {
+            return QByteArray::fromBase64(data.mid(data.indexOf("\r\n\r\n") + 4));
+        }
     };
 
     SmtpSink()
@@ -36,7 +43,9 @@ public:
     }
 
     quint16 port() const { return m_server.serverPort(); }
-    QList<Mail> mails;
+    const QList<Mail>& mails() const { return m_mails; }
+    /** Answers every RCPT with a refusal, so that no mail can be delivered. */
+    void refuseRecipients() { m_refuseRecipients = true; }
 
 private:
     QByteArray answer(const QByteArray& line)
@@ -47,16 +56,20 @@ private:
         }
         const QByteArray verb = line.left(4).toUpper(), argument = line.mid(line.indexOf(':') + 1);
         if (std::exchange(m_inData, verb == "DATA")) {
-            mails.append(std::exchange(m_mail, {}));
+            m_mails.append(std::exchange(m_mail, {}));
         } else if (verb == "MAIL") {
             m_mail.from = argument;
+        } else if (verb == "RCPT" && m_refuseRecipients) {
+            return "550 no such mailbox\r\n";
         } else if (verb == "RCPT") {
             m_mail.recipients.append(argument);
         }
         return m_inData ? "354 go ahead\r\n" : verb == "QUIT" ? "221 bye\r\n" : "250 OK\r\n";
     }
 
-    QTcpServer m_server;
+    QList<Mail> m_mails;
     Mail m_mail;
     bool m_inData = false;
+    bool m_refuseRecipients = false;
+    QTcpServer m_server; // last, so that its connections close before the state they write
 };
