@@ -4,23 +4,18 @@
 
 #include <QTest>
 
-namespace {
-
+using namespace Qt::StringLiterals;
 using Sort = GridSettings::SortType;
 
-const QString Form = QStringLiteral("frmCrew");
-const QString Table = QStringLiteral("tblCrew");
+namespace {
 
 /** The stored layout of a grid as "field/width/position/sort ...". */
-QString stored(Session& session, const QString& form = Form, const QString& table = Table)
+QString stored(Session& session, const QString& form, const QString& table)
 {
     QStringList parts;
     for (const GridSettings::Column& c : GridSettings::load(session, form, table)) {
-        parts.append(QStringLiteral("%1/%2/%3/%4")
-                         .arg(c.fieldName)
-                         .arg(c.width)
-                         .arg(c.position)
-                         .arg(int(c.sortType)));
+        parts.append(
+            u"%1/%2/%3/%4"_s.arg(c.fieldName).arg(c.width).arg(c.position).arg(int(c.sortType)));
     }
     return parts.join(u' ');
 }
@@ -34,52 +29,30 @@ class TestGridSettings : public QObject
 private slots:
     void initTestCase() { TANDRILL_REQUIRE_ENGINE(); }
 
-    void storedLayoutComesBackInDisplayedOrder()
+    void eachGridKeepsItsLastLayout()
     {
         TANDRILL_INSTALLATION(t);
-        QVERIFY(GridSettings::save(t.session(), Form, Table,
-                                   {{QStringLiteral("Description"), 140, 1, Sort::Descending},
-                                    {QStringLiteral("CrewID"), 0, 2, Sort::None},
-                                    {QStringLiteral("CrewNumber"), 60, 0, Sort::None}}));
-        const QString expected =
-            QStringLiteral("CrewNumber/60/0/0 Description/140/1/2 CrewID/0/2/0");
-        QCOMPARE(stored(t.session()), expected);
-        // Form and table names are matched without regard to case.
-        QCOMPARE(stored(t.session(), QStringLiteral("FRMCREW"), QStringLiteral("tblcrew")),
-                 expected);
-        QVERIFY(t.failures().isEmpty());
-    }
-
-    void saveReplacesOnlyThatGridAndNeverWithNothing()
-    {
-        TANDRILL_INSTALLATION(t);
-        QVERIFY(GridSettings::save(t.session(), Form, Table,
-                                   {{QStringLiteral("CrewNumber"), 60, 0, Sort::None},
-                                    {QStringLiteral("Description"), 90, 1, Sort::None}}));
-        QVERIFY(GridSettings::save(t.session(), QStringLiteral("frmSite"),
-                                   QStringLiteral("tblSite"),
-                                   {{QStringLiteral("SiteName"), 70, 0, Sort::Ascending}}));
-        QVERIFY(GridSettings::save(t.session(), Form, Table,
-                                   {{QStringLiteral("Description"), 100, 0, Sort::Ascending}}));
-        QCOMPARE(stored(t.session()), QStringLiteral("Description/100/0/1"));
-        QCOMPARE(stored(t.session(), QStringLiteral("frmSite"), QStringLiteral("tblSite")),
-                 QStringLiteral("SiteName/70/0/1"));
-        // A grid without columns forgets nothing.
-        QVERIFY(GridSettings::save(t.session(), Form, Table, {}));
-        QCOMPARE(stored(t.session()), QStringLiteral("Description/100/0/1"));
-        QVERIFY(stored(t.session(), QStringLiteral("frmNone")).isEmpty());
-    }
-
-    void saveInsideAnOpenTransactionGoesWithIt()
-    {
-        TANDRILL_INSTALLATION(t);
+        Session& s = t.session();
+        const QString form = u"frmCrew"_s, table = u"tblCrew"_s;
+        QVERIFY(GridSettings::save(s, u"frmSite"_s, u"tblSite"_s,
+                                   {{u"SiteName"_s, 70, 0, Sort::Ascending}}));
+        QVERIFY(GridSettings::save(s, form, table, {{u"Notes"_s, 60, 0, Sort::None}}));
+        QVERIFY(GridSettings::save(s, form, table,
+                                   {{u"Description"_s, 140, 1, Sort::Descending},
+                                    {u"CrewID"_s, 0, 2, Sort::None},
+                                    {u"CrewNumber"_s, 60, 0, Sort::None}}));
+        QVERIFY(GridSettings::save(s, form, table, {})); // a grid without columns forgets nothing
+        // In the displayed order; form and table names match without regard to case.
+        QCOMPARE(stored(s, u"FRMCREW"_s, u"tblcrew"_s),
+                 u"CrewNumber/60/0/0 Description/140/1/2 CrewID/0/2/0"_s);
         {
-            Transaction edit(t.session());
-            QVERIFY(GridSettings::save(t.session(), Form, Table,
-                                       {{QStringLiteral("CrewNumber"), 60, 0, Sort::None}}));
-            QVERIFY(t.session().transactionOpen());
+            Transaction edit(s); // a layout saved during an edit goes with the edit
+            QVERIFY(GridSettings::save(s, u"frmSite"_s, u"tblSite"_s,
+                                       {{u"Notes"_s, 5, 0, Sort::None}}));
+            QVERIFY(s.transactionOpen());
         }
-        QVERIFY(stored(t.session()).isEmpty());
+        QCOMPARE(stored(s, u"frmSite"_s, u"tblSite"_s), u"SiteName/70/0/1"_s);
+        QVERIFY(t.failures().isEmpty());
     }
 };
 

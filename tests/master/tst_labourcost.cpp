@@ -16,46 +16,25 @@ bool run(Session& session, const QString& sql, const QVariantList& values = {})
     return Sql::exec(q, sql, values);
 }
 
-// Adds members: a cost or "-" for none, "i" when inactive, "x" when off the list.
-bool addMembers(Session& session, qint64 crewId, const QString& members)
+/**
+ * Crews 1 to 3 and their members as "crew:cost": "-" for no cost, "i" when inactive, "x" when
+ * off the list.
+ */
+bool addCrews(Session& session, const QString& members)
 {
-    static int made = 0;
+    bool ok =
+        run(session, u"INSERT INTO tblCrew (CrewID, CrewNumber) VALUES (1, 1), (2, 2), (3, 3)"_s);
+    int made = 0;
     for (const QString& m : members.split(u' ', Qt::SkipEmptyParts)) {
-        const QString cost = QString(m).remove(u'i').remove(u'x');
-        if (!run(session,
-                 u"INSERT INTO tblEmployee (EmployeeID, Crew, LaborCost, Inactive, IncludeWoList) "
-                 "VALUES (?, ?, ?, ?, ?)"_s,
-                 {u"E%1"_s.arg(++made), crewId,
-                  cost == u"-"_s ? QVariant() : QVariant(cost.toDouble()),
-                  SqlValue::flag(m.contains(u'i')), SqlValue::flag(!m.contains(u'x'))})) {
-            return false;
-        }
+        const QString cost = m.section(u':', 1).remove(u'i').remove(u'x');
+        ok = ok && run(session,
+                       u"INSERT INTO tblEmployee (EmployeeID, Crew, LaborCost, Inactive, "
+                       "IncludeWoList) VALUES (?, ?, ?, ?, ?)"_s,
+                       {QString::number(++made), m.section(u':', 0, 0).toInt(),
+                        cost == u"-"_s ? QVariant() : QVariant(cost.toDouble()),
+                        SqlValue::flag(m.contains(u'i')), SqlValue::flag(!m.contains(u'x'))});
     }
-    return true;
-}
-
-// Crews 1 to 3, crew 2 with a member who counts there only.
-bool addCrews(Session& session)
-{
-    return run(session,
-               u"INSERT INTO tblCrew (CrewID, CrewNumber) VALUES (1, 1), (2, 2), (3, 3)"_s) &&
-           addMembers(session, 2, u"99"_s);
-}
-
-// The cost estimates as "crew:cost", of services on equipment, then of work order lines,
-// then of master services, each by crew.
-QString costs(Session& session)
-{
-    QSqlQuery q(session.db());
-    QStringList found;
-    if (Sql::exec(q, u"SELECT 1, CrewID, CostEstimate FROM tblServiceUsed UNION ALL "
-                     "SELECT 2, CrewID, CostEstimate FROM tblWoServiceUsed UNION ALL "
-                     "SELECT 3, CrewID, CostEstimate FROM tblServices ORDER BY 1, 2"_s)) {
-        while (q.next()) {
-            found.append(q.value(1).toString() + u':' + QString::number(q.value(2).toDouble()));
-        }
-    }
-    return found.join(u' ');
+    return ok;
 }
 
 } // namespace
@@ -69,7 +48,7 @@ private slots:
 
     void averageOfActiveMembersOnTheList_data()
     {
-        QTest::addColumn<QString>("members");
+        QTest::addColumn<QString>("members"); ///< of crew 1
         QTest::addColumn<double>("expected");
         QTest::addRow("two members") << u"10 20"_s << 15.0;
         QTest::addRow("inactive left out") << u"10 100i"_s << 10.0;
@@ -83,7 +62,8 @@ private slots:
         QFETCH(QString, members);
         QFETCH(double, expected);
         TANDRILL_INSTALLATION(t);
-        QVERIFY(addCrews(t.session()) && addMembers(t.session(), 1, members));
+        // A member of crew 2 who counts there only.
+        QVERIFY(addCrews(t.session(), u"2:99 1:"_s + members.split(u' ').join(u" 1:"_s)));
         QCOMPARE(LabourCost::laborCost(t.session(), 1), expected);
         QVERIFY(t.failures().isEmpty());
     }
@@ -92,8 +72,7 @@ private slots:
     {
         TANDRILL_INSTALLATION(t);
         Session& s = t.session();
-        QVERIFY(addCrews(s));
-        QVERIFY(addMembers(s, 1, u"20 30"_s) && addMembers(s, 3, u"25i"_s));
+        QVERIFY(addCrews(s, u"1:20 1:30 2:99 3:25i"_s));
         // Labour estimates 2 for crew 1 (hand-set cost 999), 2 for crew 2, 4 for crew 3.
         QVERIFY(run(s, u"INSERT INTO tblServiceUsed (CrewID, LaborEstimate, CostEstimate) "
                        "VALUES (1, 2, 999), (2, 2, 7), (3, 4, 100)"_s));
@@ -101,12 +80,19 @@ private slots:
                        "VALUES (1, 1.5, 0)"_s));
         QVERIFY(run(s, u"INSERT INTO tblServices (ServiceID, CrewID, LaborEstimate, CostEstimate) "
                        "VALUES (1, 1, 2, 5)"_s));
-
         QVERIFY(LabourCost::changeServiceLabourEstimate(s, 1));
         QVERIFY(LabourCost::changeServiceLabourEstimate(s, 3));
 
         // Crew 2 is left as it was, and the master service keeps its own estimate.
-        QCOMPARE(costs(s), u"1:50 2:7 3:0 1:37.5 1:5"_s);
+        QSqlQuery q(s.db());
+        QVERIFY(Sql::exec(q, u"SELECT CrewID, CostEstimate FROM tblServiceUsed UNION ALL "
+                             "SELECT CrewID + 10, CostEstimate FROM tblWoServiceUsed UNION ALL "
+                             "SELECT CrewID + 20, CostEstimate FROM tblServices ORDER BY 1"_s));
+        QStringList costs;
+        while (q.next()) {
+            costs.append(q.value(0).toString() + u':' + QString::number(q.value(1).toDouble()));
+        }
+        QCOMPARE(costs.join(u' '), u"1:50 2:7 3:0 11:37.5 21:5"_s);
         QVERIFY(t.failures().isEmpty());
     }
 

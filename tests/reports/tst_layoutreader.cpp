@@ -16,16 +16,14 @@ private slots:
 
 void TestLayoutReader::readsEveryPart()
 {
-    const QByteArray text = R"({
-        "title": "Services",
+    const QByteArray text = R"({"title": "Services",
         "page": {"size": "A4", "orientation": "landscape", "margins": {"left": 20}},
         "pageHeader": [{"name": "lblCompanyName", "bold": true, "align": "center"},
                        {"name": "lblNote", "text": "fixed", "row": 0, "left": 100}],
         "columns": [{"field": "Name", "caption": "Service", "width": 60},
                     {"field": "Cost", "width": 20, "format": "money"}],
         "groups": [{"field": "Period", "header": "Period {value}", "totals": ["Cost"]}],
-        "reportFooter": {"label": "Total", "totals": [{"field": "Name", "function": "count"}]}
-    })";
+        "reportFooter": {"label": "Total", "totals": [{"field": "Name", "function": "count"}]}})";
     QString error;
     const std::optional<ReportLayout> layout = LayoutReader::parse(text, u"rptX"_s, &error);
     QVERIFY2(layout, qPrintable(error));
