@@ -38,14 +38,12 @@ void setOption(TestInstallation& t, const char* name, const QString& value)
     Options::setOption(t.session(), QString::fromLatin1(name), value);
 }
 
-bool pending(QWidget& screen)
+/** How many signs of a waiting change show: Save in sight, Cancel on, Return off; all or none. */
+int pending(QWidget& screen)
 {
-    const bool applyShown = !child<QPushButton>(screen, "cmdApply")->isHidden();
-    if (child<QPushButton>(screen, "cmdCancel")->isEnabled() != applyShown ||
-        child<QPushButton>(screen, "cmdExit")->isEnabled() == applyShown) {
-        qFatal("Save, Cancel and Return out of step");
-    }
-    return applyShown;
+    return int(!child<QPushButton>(screen, "cmdApply")->isHidden()) +
+           int(child<QPushButton>(screen, "cmdCancel")->isEnabled()) +
+           int(!child<QPushButton>(screen, "cmdExit")->isEnabled());
 }
 
 } // namespace
@@ -66,17 +64,17 @@ private slots:
         setOption(t, "UserDefinedField2", u"Fleet"_s);
         SetupScreen screen(t.session());
         QVERIFY(showActive(screen));
-        QVERIFY(!pending(screen));
+        QCOMPARE(pending(screen), 0);
         retype(child(screen, "txtCompanyName"), u"Changed"_s);
         retype(child(screen, "txtField2"), u"Tag"_s);
         QTest::mouseClick(child<QCheckBox>(screen, "chkSecurity"), Qt::LeftButton);
         // Sign, letters and point are refused; a leading zero is a digit like any other.
         retype(child(screen, "txtServiceLateRed"), u"-0a4.5b"_s);
         QCOMPARE(text(screen, "txtServiceLateRed"), u"045"_s);
-        QVERIFY(pending(screen));
+        QCOMPARE(pending(screen), 3);
 
         click(screen, "cmdCancel");
-        QVERIFY(!pending(screen));
+        QCOMPARE(pending(screen), 0);
         QCOMPARE(text(screen, "txtCompanyName"), u"O'Brien Grounds"_s);
         QCOMPARE(child(screen, "txtCompanyPhone")->displayText(), u"(555) 123-4567        "_s);
         QCOMPARE(text(screen, "txtField2") + u'|' + text(screen, "txtField3"),
@@ -90,7 +88,7 @@ private slots:
         SetupScreen screen(t.session());
         QVERIFY(showActive(screen));
         QTest::keyClicks(child(screen, "txtCompanyWebSite"), u"www.x.com"_s);
-        QVERIFY(pending(screen));
+        QCOMPARE(pending(screen), 3);
         // Neither the close box nor Escape nor the disabled Return leaves now.
         screen.close();
         QTest::keyClick(&screen, Qt::Key_Escape);
@@ -98,7 +96,7 @@ private slots:
         QVERIFY(screen.isVisible());
 
         click(screen, "cmdApply");
-        QVERIFY(!pending(screen));
+        QCOMPARE(pending(screen), 0);
         QCOMPARE(option(t, "GEN_COMPANY_WEBSITE"), u"www.x.com"_s);
         click(screen, "cmdExit");
         QVERIFY(!screen.isVisible());
