@@ -1,60 +1,35 @@
 #pragma once
 
-#include <QByteArray>
-#include <QHash>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QUrl>
 
-/**
- * A one-page web server on the loopback interface: answers every request
- * with the status and body it was given, or, when silent, never answers.
- */
-class HttpStub : public QObject
+/** A one-page web server on the loopback interface: every request gets one status and body. */
+class HttpStub : public QTcpServer
 {
 public:
-    HttpStub(int status, QByteArray body, bool silent = false)
-        : m_status(status), m_body(std::move(body)), m_silent(silent)
+    HttpStub(int status, const QByteArray& body)
     {
-        connect(&m_server, &QTcpServer::newConnection, this, &HttpStub::accept);
-        m_server.listen(QHostAddress::LocalHost);
+        const QByteArray answer = "HTTP/1.1 " + QByteArray::number(status) +
+                                  " Stub\r\nContent-Type: text/xml\r\nConnection: close\r\n"
+                                  "Content-Length: " +
+                                  QByteArray::number(body.size()) + "\r\n\r\n" + body;
+        connect(this, &QTcpServer::newConnection, this, [this, answer] {
+            while (QTcpSocket* socket = nextPendingConnection()) {
+                connect(socket, &QTcpSocket::readyRead, socket, [socket, answer] {
+                    if (socket->peek(socket->bytesAvailable()).contains("\r\n\r\n")) {
+                        socket->readAll(); // the request's head is all here
+                        socket->write(answer);
+                        socket->disconnectFromHost();
+                    }
+                });
+            }
+        });
+        listen(QHostAddress::LocalHost);
     }
 
     QUrl url(const QString& path = QStringLiteral("/setup/LatestUPT/Korvelle.xml")) const
     {
-        return QUrl(QStringLiteral("http://127.0.0.1:%1%2").arg(m_server.serverPort()).arg(path));
+        return QUrl(QStringLiteral("http://127.0.0.1:%1%2").arg(serverPort()).arg(path));
     }
-    int requests() const { return m_requests; }
-
-private:
-    void accept()
-    {
-        while (QTcpSocket* socket = m_server.nextPendingConnection()) {
-            connect(socket, &QTcpSocket::readyRead, this, [this, socket] { answer(socket); });
-        }
-    }
-
-    void answer(QTcpSocket* socket)
-    {
-        m_pending[socket] += socket->readAll();
-        if (!m_pending[socket].contains("\r\n\r\n")) {
-            return;
-        }
-        ++m_requests;
-        if (m_silent) {
-            return;
-        }
-        socket->write("HTTP/1.1 " + QByteArray::number(m_status) +
-                      " Stub\r\nContent-Type: text/xml\r\n"
-                      "Content-Length: " +
-                      QByteArray::number(m_body.size()) + "\r\nConnection: close\r\n\r\n" + m_body);
-        socket->disconnectFromHost();
-    }
-
-    QTcpServer m_server;
-    int m_status;
-    QByteArray m_body;
-    bool m_silent;
-    int m_requests = 0;
-    QHash<QTcpSocket*, QByteArray> m_pending;
 };

@@ -13,40 +13,25 @@
 #include <QSqlQuery>
 #include <QTextStream>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-struct Run
-{
-    int exitCode = -1; // -1 also when it did not finish in time
-    QString errors;
-
-    /** Whether the run ended with code and said said on its error stream. */
-    bool ended(int code, const QString& said) const
-    {
-        return exitCode == code && errors.contains(said);
-    }
-};
-
-/** Runs the desktop program without a display, as the documentation's pictures are taken. */
-Run runProgram(const QString& home, const QStringList& more = {})
+/** Runs the desktop program without a display: its exit code (-1 if it hangs) and its stderr. */
+std::pair<int, QString> runProgram(const QString& home, const QStringList& more)
 {
     QProcess process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-    environment.remove(QStringLiteral("TANDRILL_HOME"));
+    environment.insert(u"QT_QPA_PLATFORM"_s, u"offscreen"_s);
+    environment.remove(u"TANDRILL_HOME"_s);
     process.setProcessEnvironment(environment);
-    process.start(QStringLiteral(TANDRILL_PROGRAM),
-                  (home.isEmpty() ? QStringList() : QStringList{QStringLiteral("--home"), home}) +
-                      more);
-    Run run;
+    process.start(QStringLiteral(TANDRILL_PROGRAM), QStringList{u"--home"_s, home} + more);
     if (!process.waitForFinished(120000)) {
         process.kill();
         process.waitForFinished();
-        return run;
+        return {-1, QString()};
     }
-    run.exitCode = process.exitCode();
-    run.errors = QString::fromUtf8(process.readAllStandardError());
-    return run;
+    return {process.exitCode(), QString::fromUtf8(process.readAllStandardError())};
 }
 
 } // namespace
@@ -58,85 +43,65 @@ class TestDesktopStart : public QObject
 private slots:
     void initTestCase() { TANDRILL_REQUIRE_ENGINE(); }
 
-    void wrongCommandLineEndsWithTwo()
+    void refusedStartSaysWhyAndChangesNothing_data()
     {
-        // Each message of the command line is checked where it is read; here the way out.
-        const Run run =
-            runProgram(QString(), {QStringLiteral("--today"), QStringLiteral("2025-13-01")});
-        QVERIFY2(run.ended(2, QStringLiteral("The date given with --today, \"2025-13-01\", is not "
-                                             "a date of the form yyyy-MM-dd.")),
-                 qPrintable(run.errors));
+        QTest::addColumn<QString>("folder");    // the installation, empty, damaged or locked
+        QTest::addColumn<QString>("arguments"); // after --home; %1 is the installation
+        QTest::addColumn<int>("code");
+        QTest::addColumn<QString>("said"); // %1 is the folder given
+        QTest::addRow("command line")
+            << u"installation"_s << u"--today 2025-13-01"_s << 2 << u"--today"_s;
+        QTest::addRow("no installation")
+            << u"empty"_s << QString() << 1
+            << u"There is no Korvelle installation in %1.\nMake one with \"tandrill-cli --home %1 "
+               "init\", or start scripts/run for a demonstration installation."_s;
+        QTest::addRow("damaged settings") << u"damaged"_s << QString() << 1
+                                          << u"The settings of the installation in %1 cannot "
+                                             "be read: "_s;
+        QTest::addRow("second copy") << u"locked"_s << QString() << 1 << u"already open"_s;
+        QTest::addRow("unknown screen")
+            << u"installation"_s << u"--screenshot frmNothing %1/x.png"_s << 2
+            << u"No screen named frmNothing can be opened."_s;
     }
-
-    void folderWithoutInstallationIsRefused()
+    void refusedStartSaysWhyAndChangesNothing()
     {
-        QTemporaryDir empty;
-        const Run run = runProgram(empty.path());
-        QVERIFY2(run.ended(1, QStringLiteral("There is no Korvelle installation in ")),
-                 qPrintable(run.errors));
-        QVERIFY(
-            run.errors.contains(QStringLiteral("tandrill-cli --home %1 init").arg(empty.path())));
-        QVERIFY2(QDir(empty.path()).isEmpty(), "nothing is made in the folder");
-    }
-
-    void damagedStoreIsToldAndKept()
-    {
-        QTemporaryDir home;
-        const QString store = home.filePath(QStringLiteral("Tandrill.ini"));
+        QFETCH(QString, folder);
+        QFETCH(QString, arguments);
+        QFETCH(int, code);
+        QFETCH(QString, said);
+        TANDRILL_INSTALLATION(t);
+        QLockFile lock(Startup::lockFilePath(t.home()));
+        QVERIFY(folder != u"locked" || lock.tryLock());
+        const QString home =
+            folder == u"empty" || folder == u"damaged" ? t.home() + u"/other"_s : t.home();
         const QByteArray damaged = "[Software\\Korvelle]\nVERSION=2.2.0\nthis line is no value\n";
-        QVERIFY(writeFile(store, damaged));
-        const Run run = runProgram(home.path());
-        QVERIFY2(run.ended(1, QStringLiteral("cannot be read")), qPrintable(run.errors));
-        QCOMPARE(readFile(store), damaged);
-    }
-
-    void unreachableDataEndsTheStartWithItsMessage()
-    {
-        // That the data file is left as it was is the start's own test; here the way out.
-        TANDRILL_INSTALLATION(t);
-        t.session().closeDatabase();
-        if (TestInstallation::wantsPostgres()) {
-            // A server that is not there: nothing listens on this socket folder.
-            Store store(t.installation().storeFile());
-            QVERIFY(store.load());
-            store.setValue(QStringLiteral("Database"), QStringLiteral("Host"), t.home());
-            QVERIFY(store.save());
-        } else {
-            const QString dataFile = t.installation().dataFile();
-            QFile::remove(dataFile + QStringLiteral("-wal"));
-            QFile::remove(dataFile + QStringLiteral("-shm"));
-            QVERIFY(writeFile(dataFile, QByteArray(4096, 'x')));
+        QVERIFY(QDir().mkpath(home) &&
+                (folder != u"damaged" || writeFile(home + u"/Tandrill.ini"_s, damaged)));
+        const auto [exitCode, errors] =
+            runProgram(home, arguments.replace(u"%1"_s, t.home()).split(u' ', Qt::SkipEmptyParts));
+        QVERIFY2(exitCode == code && errors.contains(said.replace(u"%1"_s, home)),
+                 qPrintable(errors));
+        QVERIFY2(!QFile::exists(t.home() + u"/x.png"_s), "no picture of a screen that cannot open");
+        // Nothing is made where there is no installation, and damaged settings are kept.
+        if (home != t.home()) {
+            QCOMPARE(readFile(home + u"/Tandrill.ini"_s),
+                     folder == u"empty" ? QByteArray("(unreadable)") : damaged);
         }
-        const Run run = runProgram(t.home());
-        QVERIFY2(run.ended(1, QStringLiteral("modData_Conntect (ConnectToDB)")),
-                 qPrintable(run.errors));
-    }
-
-    void secondCopyIsRefused()
-    {
-        TANDRILL_INSTALLATION(t);
-        QLockFile lock(Startup::lockFilePath(t.installation().home()));
-        QVERIFY(lock.tryLock());
-        const Run run = runProgram(t.home());
-        QVERIFY2(run.ended(1, QStringLiteral("Tandrill application is already open.")),
-                 qPrintable(run.errors));
     }
 
     void pictureOfTheMainScreen()
     {
         TANDRILL_INSTALLATION(t);
-        const QString picture = t.home() + QStringLiteral("/main.png");
-        const Run run = runProgram(
-            t.home(), {QStringLiteral("--today"), QStringLiteral("2025-03-01"),
-                       QStringLiteral("--screenshot"), QStringLiteral("frmMainScreen"), picture});
-        QVERIFY2(run.exitCode == 0, qPrintable(run.errors));
+        const QString picture = t.home() + u"/main.png"_s;
+        const auto [exitCode, errors] =
+            runProgram(t.home(), {u"--today"_s, u"2025-03-01"_s, u"--screenshot"_s,
+                                  u"frmMainScreen"_s, picture});
+        QVERIFY2(exitCode == 0, qPrintable(errors));
         QCOMPARE(QImage(picture).size(), QSize(15480 / 15, 11190 / 15));
-
         // The start put the program's own documents into the installation.
-        QVERIFY(readFile(t.home() + QStringLiteral("/QuickStart.pdf")).startsWith("%PDF-"));
-        QVERIFY(
-            readFile(t.home() + QStringLiteral("/doc/Korvelle.html")).contains("Korvelle Help"));
-        QVERIFY2(Options::option(t.session(), QStringLiteral("frmMainScreenWIDTH"), true).isEmpty(),
+        QVERIFY(readFile(t.home() + u"/QuickStart.pdf"_s).startsWith("%PDF-"));
+        QVERIFY(readFile(t.home() + u"/doc/Korvelle.html"_s).contains("Korvelle Help"));
+        QVERIFY2(Options::option(t.session(), u"frmMainScreenWIDTH"_s, true).isEmpty(),
                  "a picture does not change the kept size");
     }
 
@@ -148,8 +113,7 @@ private slots:
         t.session().closeDatabase();
         Store store(t.installation().storeFile());
         QVERIFY(store.load());
-        store.setValue(QStringLiteral("Software\\Korvelle"), QStringLiteral("PATH"),
-                       t.home() + QStringLiteral("/gone/"));
+        store.setValue(u"Software\\Korvelle"_s, u"PATH"_s, t.home() + u"/gone/"_s);
         QVERIFY(store.save());
         Session session(t.installation(), t.prompter());
         QVERIFY(session.loadStore(nullptr));
@@ -161,30 +125,19 @@ private slots:
         connect(&answer, &QTimer::timeout, [&reports] {
             QWidget* modal = QApplication::activeModalWidget();
             if (modal && modal->objectName() == QLatin1String("frmSendEmail")) {
-                reports.append(child<QLineEdit>(*modal, "txtProcedure")->text());
+                reports.append(text(*modal, "txtProcedure"));
                 click(*modal, "cmdExit");
             }
         });
         answer.start(20);
         QVERIFY(start.run());
-        QCOMPARE(reports, QStringList{QStringLiteral("CheckForUpdate")});
+        QCOMPARE(reports, QStringList{u"CheckForUpdate"_s});
         QVERIFY(session.isOpen());
         QSqlQuery q(session.db());
-        QVERIFY(Sql::exec(q, QStringLiteral("SELECT ProcedureName FROM tblErrorList")));
-        QVERIFY2(q.next() && q.value(0).toString() == QLatin1String("CheckForUpdate") && !q.next(),
+        QVERIFY(Sql::exec(q, u"SELECT ProcedureName FROM tblErrorList"_s));
+        QVERIFY2(q.next() && q.value(0).toString() == u"CheckForUpdate" && !q.next(),
                  "the failure is kept once the data is open");
         QVERIFY(printed.isEmpty());
-    }
-
-    void pictureOfAnUnknownScreenIsRefused()
-    {
-        TANDRILL_INSTALLATION(t);
-        const QString picture = t.home() + QStringLiteral("/x.png");
-        const Run run = runProgram(
-            t.home(), {QStringLiteral("--screenshot"), QStringLiteral("frmNothing"), picture});
-        QVERIFY2(run.ended(2, QStringLiteral("No screen named frmNothing can be opened.")),
-                 qPrintable(run.errors));
-        QVERIFY(!QFile::exists(picture));
     }
 };
 

@@ -21,16 +21,11 @@ private slots:
                        QString::fromLatin1(arguments).split(u' ', Qt::SkipEmptyParts)
                 << QString::fromLatin1(home) << today << QString::fromLatin1(screenshot) << error;
         };
-        const auto badDate = [](const char* given) {
-            return QStringLiteral("The date given with --today, \"%1\", is not a date of the form "
-                                  "yyyy-MM-dd.")
-                .arg(QLatin1String(given));
-        };
         row("", "", QDate(), "");
-        row("--home /srv/k --today 2025-03-01", "/srv/k", QDate(2025, 3, 1), "");
-        row("--today 2024-02-29", "", QDate(2024, 2, 29), "");
-        row("--today 2025-02-29", "", QDate(), "", badDate("2025-02-29"));
-        row("--today", "", QDate(), "", QStringLiteral("Missing value after '--today'."));
+        row("--home /srv/k --today 2024-02-29", "/srv/k", QDate(2024, 2, 29), "");
+        row("--today 2025-02-29", "", QDate(), "",
+            QStringLiteral("The date given with --today, \"2025-02-29\", is not a date of the "
+                           "form yyyy-MM-dd."));
         row("--colour red", "", QDate(), "", QStringLiteral("Unknown option 'colour'."));
         row("--screenshot frmMainScreen out.png", "", QDate(), "frmMainScreen out.png");
         row("--screenshot frmMainScreen", "", QDate(), "",
@@ -54,17 +49,6 @@ private slots:
             QCOMPARE(QStringList({line.screenshotScreen, line.screenshotFile}).join(u' ').trimmed(),
                      screenshot);
             QCOMPARE(line.wantsScreenshot(), !screenshot.isEmpty());
-        }
-    }
-
-    void helpIsOffered()
-    {
-        const MainCommandLine line =
-            MainCommandLine::parse({QStringLiteral("tandrill"), QStringLiteral("--help")});
-        QVERIFY(line.helpRequested);
-        QVERIFY(line.error.isEmpty());
-        for (const char* option : {"--home", "--today", "--screenshot"}) {
-            QVERIFY2(line.helpText.contains(QLatin1String(option)), option);
         }
     }
 };

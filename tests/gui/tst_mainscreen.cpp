@@ -9,39 +9,30 @@
 #include <QAction>
 #include <QLabel>
 #include <QMenu>
-#include <QMenuBar>
 #include <QTextBrowser>
 #include <memory>
 #include <stdexcept>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-const QString Version = QStringLiteral(TANDRILL_VERSION);
-
-QString option(TestInstallation& t, const char* name, bool perWorkstation = false)
-{
-    return Options::option(t.session(), QString::fromLatin1(name), perWorkstation);
-}
-
 /** A caption ("lbl") or picture ("img") of the navigator on the side bar. */
-QLabel* navigatorLabel(const QWidget& screen, const QString& kind, int index)
+QLabel* navigator(const QWidget& screen, const char* kind, int index)
 {
-    auto* label = screen.findChild<QLabel*>(kind + QStringLiteral("QuickMenu_%1").arg(index));
-    if (!label) {
-        qFatal("No %sQuickMenu_%d", qPrintable(kind), index);
-    }
-    return label;
+    return child<QLabel>(screen,
+                         qPrintable(u"%1QuickMenu_%2"_s.arg(QLatin1String(kind)).arg(index)));
 }
 
-struct OpenedUrls
+/** The links the screen opened, instead of the desktop's viewers. */
+struct Opened : QList<QUrl>
 {
-    QList<QUrl> urls;
-    MainScreen::UrlOpener opener()
+    explicit Opened(MainScreen& screen)
     {
-        return [this](const QUrl& url) {
-            urls.append(url);
+        screen.setUrlOpener([this](const QUrl& url) {
+            append(url);
             return true;
-        };
+        });
     }
 };
 
@@ -52,87 +43,27 @@ class TestMainScreen : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase()
-    {
-        TANDRILL_REQUIRE_ENGINE();
-        m_shared = std::make_unique<TestInstallation>();
-        QVERIFY2(m_shared->isValid(), qPrintable(m_shared->error()));
-        m_sharedScreen = std::make_unique<MainScreen>(m_shared->session());
-    }
+    void initTestCase() { TANDRILL_REQUIRE_ENGINE(); }
 
-    void cleanupTestCase()
-    {
-        m_sharedScreen.reset();
-        m_shared.reset();
-    }
-
-    void menuBarAndFrame()
-    {
-        MainScreen& screen = *m_sharedScreen;
-        QStringList titles;
-        for (QAction* menu : screen.menuBar()->actions()) {
-            titles.append(menu->text().remove(u'&'));
-        }
-        QCOMPARE(titles, split("File|Work Order|View|Add|Equipment|Reports|Help"));
-        QCOMPARE(screen.windowTitle(), QStringLiteral("Korvelle ") + Version);
-        QWidget* home = screen.homeWidget();
-        QCOMPARE(home->objectName(), QStringLiteral("pnlOverDueWork"));
-        QVERIFY2(home->findChildren<QWidget*>().isEmpty(), "the home area stays empty");
-    }
-
-    void passwordEntriesFollowTheUser_data()
+    void entriesFollowTheirScreenTheRightsAndTheUser_data()
     {
         QTest::addColumn<QString>("user");
-        QTest::addColumn<bool>("passwords");
-        QTest::addColumn<bool>("userManagement");
-        QTest::newRow("logins off") << QString() << false << false;
-        QTest::newRow("CHIEF") << QStringLiteral("CHIEF") << true << true;
-        QTest::newRow("bob") << QStringLiteral("BOB") << true << false;
-        QTest::newRow("chief as typed") << QStringLiteral("Chief") << true << false;
+        QTest::addColumn<QString>("shown"); // the password entries visible to the user
+        QTest::addRow("logins off") << QString() << QString();
+        QTest::addRow("CHIEF") << u"CHIEF"_s << u"munPasswords mnuusrmanagement"_s;
+        QTest::addRow("chief as typed is another user") << u"Chief"_s << u"munPasswords"_s;
     }
-
-    void passwordEntriesFollowTheUser()
+    void entriesFollowTheirScreenTheRightsAndTheUser()
     {
         QFETCH(QString, user);
-        QFETCH(bool, passwords);
-        QFETCH(bool, userManagement);
+        QFETCH(QString, shown);
         TANDRILL_INSTALLATION(t);
         t.session().setUserName(user);
+        t.session().rights().set(UserRights::EqCountSheet, false);
         MainScreen screen(t.session());
-        QCOMPARE(screen.action(QStringLiteral("munPasswords"))->isVisible(), passwords);
-        QCOMPARE(screen.action(QStringLiteral("mnuusrmanagement"))->isVisible(), userManagement);
-        QVERIFY(screen.action(QStringLiteral("mnuChangePassword"))->isVisible());
-    }
-
-    void updateDatabaseOnlyAfterAFailedUpgradeAndOnce_data()
-    {
-        QTest::addColumn<bool>("failed");
-        QTest::newRow("normal start") << false;
-        QTest::newRow("upgrade failed") << true;
-    }
-
-    void updateDatabaseOnlyAfterAFailedUpgradeAndOnce()
-    {
-        QFETCH(bool, failed);
-        TANDRILL_INSTALLATION(t);
-        t.session().setUpdateFailed(failed);
-        MainScreen screen(t.session());
-        QAction* entry = screen.action(QStringLiteral("mnuUpdateDatabase"));
-        QVERIFY2(!entry->isEnabled(), "nothing runs the upgrade yet");
-        int runs = 0;
-        QVERIFY(screen.setHandler(entry->objectName(), [&runs] { ++runs; }));
-        QCOMPARE(entry->isEnabled(), failed);
-        entry->trigger();
-        entry->trigger();
-        QCOMPARE(runs, failed ? 1 : 0);
-        QVERIFY(!entry->isEnabled());
-    }
-
-    void entriesWithoutTheirScreenAreDisabled()
-    {
-        TANDRILL_INSTALLATION(t);
-        t.session().setUserName(QStringLiteral("CHIEF"));
-        MainScreen screen(t.session());
+        for (const QString& entry : {u"munPasswords"_s, u"mnuusrmanagement"_s}) {
+            QCOMPARE(screen.action(entry)->isVisible(), shown.contains(entry));
+        }
         // The entries the program's own screen serves, without any other library.
         const QStringList own = split("mnuExit|mnuTandrillHelp|mnuQickStart|mnuAboutTandrill|"
                                       "mnuTandrillOnline|mnuContactUs|mnuCheckForUpdates");
@@ -144,85 +75,76 @@ private slots:
             }
         }
         QCOMPARE(entries, 55);
+        QVERIFY2(!screen.setHandler(u"mnuNoSuchEntry"_s, [] {}), "unknown name");
+        QVERIFY2(!screen.setHandler(u"mnuReports"_s, [] {}), "a pure submenu");
+        QVERIFY2(!screen.setHandler(u"mnuViewPart"_s, {}), "no handler");
+        // Help is the program's own; work orders and services follow their menu entries.
+        for (int index : {-1, 0, 2, 7, 8}) {
+            QVERIFY2(!screen.setNavigatorHandler(index, [] {}), qPrintable(QString::number(index)));
+        }
+        // Without its right a report entry stays visible but disabled; so does the upgrade
+        // when the one at start went well.
+        for (const char* entry :
+             {"mnuRecordCount", "mnuEquipmentDetailList", "mnuUpdateDatabase"}) {
+            QVERIFY(screen.setHandler(QLatin1String(entry), [] {}));
+            QCOMPARE(screen.action(QLatin1String(entry))->isEnabled(),
+                     qstrcmp(entry, "mnuEquipmentDetailList") == 0);
+        }
+        QVERIFY(screen.action(u"mnuRecordCount"_s)->isVisible());
+    }
+
+    void failingUpgradeRunsOnceAndIsReported()
+    {
+        TANDRILL_INSTALLATION(t);
+        t.session().setUpdateFailed(true);
+        MainScreen screen(t.session());
+        QAction* entry = screen.action(u"mnuUpdateDatabase"_s);
+        QVERIFY2(!entry->isEnabled(), "nothing runs the upgrade yet");
+        int runs = 0;
+        QVERIFY(screen.setHandler(entry->objectName(), [&runs] {
+            ++runs;
+            throw std::runtime_error("no part table");
+        }));
+        QVERIFY(entry->isEnabled());
+        entry->trigger();
+        entry->trigger();
+        QVERIFY(runs == 1 && !entry->isEnabled());
+        // A failing entry is reported and the frame goes on.
+        QCOMPARE(t.failures().failures().size(), 1);
+        const Failure failure = t.failures().failures().first();
+        QCOMPARE(failure.module + u' ' + failure.procedure + u' ' + failure.description,
+                 u"frmMainScreen mnuUpdateDatabase_Click no part table"_s);
     }
 
     void webEntriesNeedTheirAddress_data()
     {
         QTest::addColumn<QString>("entry");
         QTest::addColumn<QString>("name");
-        QTest::newRow("online") << QStringLiteral("mnuTandrillOnline") << QStringLiteral("Site");
-        QTest::newRow("contact") << QStringLiteral("mnuContactUs") << QStringLiteral("Contact");
-        QTest::newRow("updates") << QStringLiteral("mnuCheckForUpdates") << QStringLiteral("Host");
+        QTest::addRow("online") << u"mnuTandrillOnline"_s << u"Site"_s;
+        QTest::addRow("contact") << u"mnuContactUs"_s << u"Contact"_s;
     }
-
     void webEntriesNeedTheirAddress()
     {
         QFETCH(QString, entry);
         QFETCH(QString, name);
         TANDRILL_INSTALLATION(t);
-        QVERIFY2(MainScreen(t.session()).action(entry)->isEnabled(), "a new installation's own");
-        t.session().store().setValue(QStringLiteral("Web"), name, QString());
+        t.session().store().setValue(u"Web"_s, name, QString());
         QVERIFY(!MainScreen(t.session()).action(entry)->isEnabled());
-        if (name == QLatin1String("Host")) {
-            return; // what is asked of the host is checkForUpdates' own
-        }
-        const QString page = QStringLiteral("https://korvelle.example/page");
-        t.session().store().setValue(QStringLiteral("Web"), name, page);
+        const QString page = u"https://korvelle.example/page"_s;
+        t.session().store().setValue(u"Web"_s, name, page);
         MainScreen screen(t.session());
-        OpenedUrls opened;
-        screen.setUrlOpener(opened.opener());
+        Opened opened(screen);
         screen.action(entry)->trigger();
-        QCOMPARE(opened.urls, QList<QUrl>{QUrl(page)});
-    }
-
-    void handlersOnlyForRealEntries()
-    {
-        // Wired entries running their handler are seen with the navigator and the upgrade.
-        MainScreen& screen = *m_sharedScreen;
-        QVERIFY2(!screen.setHandler(QStringLiteral("mnuNoSuchEntry"), [] {}), "unknown name");
-        QVERIFY2(!screen.setHandler(QStringLiteral("mnuReports"), [] {}), "a pure submenu");
-        QVERIFY2(!screen.setHandler(QStringLiteral("mnuViewPart"), {}), "no handler");
-        QVERIFY(!screen.action(QStringLiteral("mnuViewPart"))->isEnabled());
-        // Help is the program's own; work orders and services follow their menu entries.
-        for (int index : {-1, 0, 2, 7, 8}) {
-            QVERIFY2(!screen.setNavigatorHandler(index, [] {}), qPrintable(QString::number(index)));
-        }
-    }
-
-    void missingRightDisablesReportEntriesWhichStayVisible_data()
-    {
-        QTest::addColumn<int>("right");
-        QTest::addColumn<QString>("entries");
-        QTest::newRow("EqList") << int(UserRights::EqList) << QStringLiteral("mnuEquipmentList");
-        QTest::newRow("EqCountSheet")
-            << int(UserRights::EqCountSheet) << QStringLiteral("mnuPrintCount|mnuRecordCount");
-    }
-
-    void missingRightDisablesReportEntriesWhichStayVisible()
-    {
-        QFETCH(int, right);
-        QFETCH(QString, entries);
-        TANDRILL_INSTALLATION(t);
-        t.session().rights().set(UserRights::Right(right), false);
-        MainScreen screen(t.session());
-        for (const QString& name : entries.split(u'|')) {
-            QVERIFY(screen.setHandler(name, [] {}));
-            QVERIFY2(!screen.action(name)->isEnabled(), qPrintable(name));
-            QVERIFY2(screen.action(name)->isVisible(), qPrintable(name));
-        }
-        QVERIFY(screen.setHandler(QStringLiteral("mnuEquipmentDetailList"), [] {}));
-        QVERIFY2(screen.action(QStringLiteral("mnuEquipmentDetailList"))->isEnabled(),
-                 "an entry no right guards");
+        QCOMPARE(opened, QList<QUrl>{QUrl(page)});
     }
 
     void navigatorEntryActsWhenWired_data()
     {
         QTest::addColumn<int>("index");
         QTest::addColumn<QString>("entry"); // the menu entry it follows, if any
-        QTest::newRow("Work Orders follows its menu entry") << 0 << QStringLiteral("mnuPrintWO");
-        QTest::newRow("Equipment has its own") << 1 << QString();
+        QTest::addRow("Work Orders follows its menu entry") << 0 << u"mnuPrintWO"_s;
+        QTest::addRow("Equipment has its own") << 1 << QString();
     }
-
     void navigatorEntryActsWhenWired()
     {
         QFETCH(int, index);
@@ -231,18 +153,16 @@ private slots:
         MainScreen screen(t.session());
         screen.show();
         QVERIFY(QTest::qWaitForWindowExposed(&screen));
-        QLabel* label = navigatorLabel(screen, QStringLiteral("lbl"), index);
-        QLabel* image = navigatorLabel(screen, QStringLiteral("img"), index);
-        QLabel* next = navigatorLabel(screen, QStringLiteral("lbl"), (index + 1) % 7);
+        QLabel* label = navigator(screen, "lbl", index);
+        QLabel* image = navigator(screen, "img", index);
         QVERIFY(!label->isEnabled());
-
         int runs = 0;
         const auto run = [&runs] { ++runs; };
         QVERIFY(entry.isEmpty() ? screen.setNavigatorHandler(index, run)
                                 : screen.setHandler(entry, run));
         QVERIFY(label->isEnabled() && image->isEnabled());
         QTest::mouseClick(label, Qt::LeftButton);
-        QTest::mouseClick(next, Qt::LeftButton);
+        QTest::mouseClick(navigator(screen, "lbl", (index + 1) % 7), Qt::LeftButton);
         QCOMPARE(runs, 1);
         // The picture runs the entry too and clears the highlight the pointer left.
         QEvent enter(QEvent::Enter);
@@ -256,193 +176,127 @@ private slots:
     void sizeIsKeptPerWorkstationAtCloseButNotAtExit()
     {
         TANDRILL_INSTALLATION(t);
-        const QSize initial(15480 / 15, 11190 / 15);
-        {
-            MainScreen screen(t.session());
-            QCOMPARE(screen.size(), initial);
-            screen.show();
-            screen.resize(1100, 700);
-            QVERIFY(screen.close());
-        }
-        QCOMPARE(option(t, "frmMainScreenHEIGHT", true), QStringLiteral("10500"));
-        QCOMPARE(option(t, "frmMainScreenWIDTH", true), QStringLiteral("16500"));
-        QVERIFY2(option(t, "frmMainScreenHEIGHT").isEmpty(), "not a shared option");
-        {
-            MainScreen again(t.session());
-            QCOMPARE(again.size(), QSize(1100, 700));
-            again.show();
-            again.resize(900, 600);
-            int exits = 0;
-            again.setExitHandler([&exits] { ++exits; });
-            again.action(QStringLiteral("mnuExit"))->trigger();
-            QCOMPARE(exits, 1);
-            QVERIFY(!again.isVisible());
-        }
-        QCOMPARE(option(t, "frmMainScreenHEIGHT", true), QStringLiteral("10500"));
-        Options::setRegistryValue(t.session(), QStringLiteral("GUID"), Options::newGuid());
-        QCOMPARE(MainScreen(t.session()).size(), initial);
+        const auto kept = [&t](bool perWorkstation) {
+            return Options::option(t.session(), u"frmMainScreenWIDTH"_s, perWorkstation) + u'x' +
+                   Options::option(t.session(), u"frmMainScreenHEIGHT"_s, perWorkstation);
+        };
+        auto screen = std::make_unique<MainScreen>(t.session());
+        QCOMPARE(screen->size(), QSize(15480 / 15, 11190 / 15));
+        screen->show();
+        screen->resize(1100, 700);
+        QVERIFY(screen->close());
+        QCOMPARE(kept(true) + u' ' + kept(false), u"16500x10500 x"_s); // not a shared option
+        screen = std::make_unique<MainScreen>(t.session());
+        QCOMPARE(screen->size(), QSize(1100, 700));
+        screen->show();
+        screen->resize(900, 600);
+        int exits = 0;
+        screen->setExitHandler([&exits] { ++exits; });
+        screen->action(u"mnuExit"_s)->trigger();
+        QVERIFY(exits == 1 && !screen->isVisible());
+        QCOMPARE(kept(true), u"16500x10500"_s);
     }
 
-    void helpShowsTheManualAndClosesWithTheScreen()
+    void helpDocumentsAreCopiedWhereMissingAndShown()
     {
         TANDRILL_INSTALLATION(t);
         MainScreen screen(t.session());
+        Opened opened(screen);
         screen.show();
-        screen.action(QStringLiteral("mnuTandrillHelp"))->trigger();
+        const QString pdf = HelpFiles::quickStartPath(t.installation());
+        screen.action(u"mnuTandrillHelp"_s)->trigger();
+        screen.action(u"mnuQickStart"_s)->trigger();
         QCOMPARE(t.prompter().texts(),
-                 QStringList{QStringLiteral("The help file %1 cannot be found.")
-                                 .arg(HelpFiles::manualPath(t.session()))});
-        QVERIFY(!HelpWindow::current());
+                 (QStringList{
+                     u"The help file %1 cannot be found."_s.arg(HelpFiles::manualPath(t.session())),
+                     u"The quick start manual %1 cannot be found."_s.arg(pdf)}));
+        QVERIFY(!HelpWindow::current() && opened.isEmpty());
 
-        QVERIFY(
-            writeFile(HelpFiles::manualPath(t.session()),
-                      "<html><body><h1>Korvelle Help</h1><p>The main screen.</p></body></html>"));
-        QLabel* help = navigatorLabel(screen, QStringLiteral("lbl"), 7);
-        QCOMPARE(help->text(), QStringLiteral("Help & Support"));
-        QTest::mouseClick(help, Qt::LeftButton);
+        // The bundle fills in only what is missing, and names what it lacks.
+        QTemporaryDir bundle;
+        QVERIFY(writeFile(bundle.filePath(u"Korvelle.html"_s), "<p>The main screen.</p>"));
+        QString error;
+        QVERIFY(!HelpFiles::installMissing(t.session(), bundle.path(), &error));
+        QVERIFY(error.contains(u"QuickStart.pdf"_s));
+        QVERIFY(writeFile(pdf, "%PDF-1.4") && writeFile(bundle.filePath(u"Korvelle.html"_s), "x"));
+        QVERIFY2(HelpFiles::installMissing(t.session(), bundle.path(), &error), qPrintable(error));
+
+        screen.action(u"mnuQickStart"_s)->trigger();
+        QCOMPARE(opened, QList<QUrl>{QUrl::fromLocalFile(pdf)});
+        QTest::mouseClick(navigator(screen, "lbl", 7), Qt::LeftButton);
         QPointer<HelpWindow> window = HelpWindow::current();
         QVERIFY(window && window->isVisible());
-        QVERIFY(window->browser()->toPlainText().contains(QStringLiteral("The main screen.")));
+        QCOMPARE(window->browser()->toPlainText(), u"The main screen."_s);
         QVERIFY(screen.close());
         QVERIFY(!HelpWindow::current());
         QTRY_VERIFY(!window);
-    }
-
-    void quickStartOpensThePdfOfTheInstallation()
-    {
-        TANDRILL_INSTALLATION(t);
-        MainScreen screen(t.session());
-        OpenedUrls opened;
-        screen.setUrlOpener(opened.opener());
-        const QString pdf = t.home() + QStringLiteral("/QuickStart.pdf");
-        screen.action(QStringLiteral("mnuQickStart"))->trigger();
-        QVERIFY(opened.urls.isEmpty());
-        QCOMPARE(
-            t.prompter().texts(),
-            QStringList{QStringLiteral("The quick start manual %1 cannot be found.").arg(pdf)});
-
-        QVERIFY(writeFile(pdf, "%PDF-1.4\n"));
-        screen.action(QStringLiteral("mnuQickStart"))->trigger();
-        QCOMPARE(opened.urls, QList<QUrl>{QUrl::fromLocalFile(pdf)});
-    }
-
-    void bundledHelpIsCopiedOnlyWhereMissing()
-    {
-        TANDRILL_INSTALLATION(t);
-        QTemporaryDir bundle;
-        const QString pdf = HelpFiles::quickStartPath(t.installation());
-        QVERIFY(writeFile(bundle.filePath(QStringLiteral("Korvelle.html")), "<p>manual</p>") &&
-                writeFile(bundle.filePath(QStringLiteral("QuickStart.pdf")), "%PDF new") &&
-                writeFile(pdf, "%PDF kept"));
-        QString error;
-        QVERIFY2(HelpFiles::installMissing(t.session(), bundle.path(), &error), qPrintable(error));
-        QCOMPARE(readFile(HelpFiles::manualPath(t.session())), QByteArray("<p>manual</p>"));
-        QCOMPARE(readFile(pdf), QByteArray("%PDF kept"));
-
-        QFile::remove(pdf);
-        QVERIFY(
-            !HelpFiles::installMissing(t.session(), t.home() + QStringLiteral("/nowhere"), &error));
-        QVERIFY(error.contains(QStringLiteral("QuickStart.pdf")));
     }
 
     void checkForUpdates_data()
     {
         QTest::addColumn<int>("status");
         QTest::addColumn<QByteArray>("document");
-        QTest::addColumn<QString>("message"); // %1 is the document's address
+        QTest::addColumn<QString>("said"); // %1 is the document's address
         QTest::addColumn<bool>("warns");
-        QTest::addColumn<bool>("opensDownload");
-        QTest::newRow("newer") << 200
-                               << QByteArray("<Korvelle><Version>2.3.0</Version><Download>"
-                                             "/setup/Korvelle-2.3.0.run</Download></Korvelle>")
-                               << QStringLiteral("Korvelle2.3.0 is available.") << false << true;
-        QTest::newRow("same") << 200
-                              << QByteArray("<Korvelle><Version>" TANDRILL_VERSION
-                                            "</Version></Korvelle>")
-                              << QStringLiteral("No updates available") << false << false;
-        QTest::newRow("no version")
-            << 200 << QByteArray("<Korvelle/>")
-            << QStringLiteral("The update document at %1 names no version.") << true << false;
-        QTest::newRow("not found")
-            << 404 << QByteArray("gone")
-            << QStringLiteral("Cannot check for updates at %1: the server answered 404") << true
-            << false;
+        QTest::addColumn<QString>("download");
+        const auto row = [](const char* name, int status, const QByteArray& inside,
+                            const QString& said, bool warns, const QString& download = {}) {
+            QTest::addRow("%s", name)
+                << status << "<Korvelle>" + inside + "</Korvelle>" << said << warns << download;
+        };
+        row("newer", 200, "<Version>9.0</Version><Download>/setup/new.run</Download>",
+            u"9.0 is available"_s, false, u"/setup/new.run"_s);
+        row("same", 200, "<Version>" TANDRILL_VERSION "</Version>", u"No updates"_s, false);
+        row("no version", 200, "", u"no version"_s, true);
+        row("not found", 404, "", u"Cannot check for updates at %1: the server answered 404"_s,
+            true);
     }
-
     void checkForUpdates()
     {
         QFETCH(int, status);
         QFETCH(QByteArray, document);
-        QFETCH(QString, message);
+        QFETCH(QString, said);
         QFETCH(bool, warns);
-        QFETCH(bool, opensDownload);
+        QFETCH(QString, download);
         TANDRILL_INSTALLATION(t);
-        HttpStub server(status, document, status == 0);
-        t.session().store().setValue(QStringLiteral("Web"), QStringLiteral("Host"),
-                                     server.url(QString()).toString());
+        HttpStub server(status, document);
+        t.session().store().setValue(u"Web"_s, u"Host"_s, server.url(QString()).toString());
         MainScreen screen(t.session());
-        screen.setUpdateTimeout(300);
-        OpenedUrls opened;
-        screen.setUrlOpener(opened.opener());
-        screen.action(QStringLiteral("mnuCheckForUpdates"))->trigger();
-        QCOMPARE(server.requests(), 1);
-        QCOMPARE(t.prompter().texts(),
-                 QStringList{message.replace(QStringLiteral("%1"), server.url().toString())});
+        screen.setUpdateTimeout(3000);
+        Opened opened(screen);
+        screen.action(u"mnuCheckForUpdates"_s)->trigger();
+        QCOMPARE(t.prompter().texts().size(), 1);
+        QVERIFY2(
+            t.prompter().texts().first().contains(said.replace(u"%1"_s, server.url().toString())),
+            qPrintable(t.prompter().texts().first()));
         QCOMPARE(t.prompter().shown().first().icon,
                  warns ? Prompter::Icon::Exclamation : Prompter::Icon::Information);
-        QCOMPARE(opened.urls,
-                 opensDownload
-                     ? QList<QUrl>{server.url(QStringLiteral("/setup/Korvelle-2.3.0.run"))}
-                     : QList<QUrl>());
+        QCOMPARE(opened, download.isEmpty() ? QList<QUrl>() : QList<QUrl>{server.url(download)});
     }
 
-    void aboutShowsTheVersion()
+    void homeViewReloadsOnReturnAndAboutShowsTheVersion()
     {
         TANDRILL_INSTALLATION(t);
         MainScreen screen(t.session());
+        QPointer<QWidget> empty = screen.homeWidget();
+        QCOMPARE(empty->objectName(), u"pnlOverDueWork"_s);
+        auto* board = new QLabel(u"board"_s);
+        int reloads = 0;
+        screen.setHomeWidget(board, [&reloads] { ++reloads; });
+        QVERIFY(screen.isAncestorOf(board));
+        QTRY_VERIFY(!empty);
         screen.show();
+        QApplication::setActiveWindow(&screen);
+        QTRY_VERIFY(reloads > 0);
+
         QString version;
         onModal("frmAbout", [&version](QWidget* about) {
             version = child<QLabel>(*about, "lblVersion")->text();
             click(*about, "cmdOK");
         });
-        screen.action(QStringLiteral("mnuAboutTandrill"))->trigger();
-        QCOMPARE(version, QStringLiteral("Version ") + Version);
+        screen.action(u"mnuAboutTandrill"_s)->trigger();
+        QCOMPARE(version, u"Version " TANDRILL_VERSION ""_s);
     }
-
-    void homeViewTakesThePlaceOfTheEmptyAreaAndReloadsOnReturn()
-    {
-        TANDRILL_INSTALLATION(t);
-        MainScreen screen(t.session());
-        QPointer<QWidget> empty = screen.homeWidget();
-        auto* board = new QLabel(QStringLiteral("board"));
-        board->setObjectName(QStringLiteral("frmOverDueWork"));
-        int reloads = 0;
-        screen.setHomeWidget(board, [&reloads] { ++reloads; });
-        QCOMPARE(screen.findChild<QLabel*>(QStringLiteral("frmOverDueWork")), board);
-        QTRY_VERIFY(!empty);
-        screen.show();
-        QApplication::setActiveWindow(&screen);
-        QTRY_VERIFY(reloads > 0);
-    }
-
-    void failingEntryIsReportedAndTheFrameGoesOn()
-    {
-        TANDRILL_INSTALLATION(t);
-        MainScreen screen(t.session());
-        QVERIFY(screen.setHandler(QStringLiteral("mnuViewPart"),
-                                  [] { throw std::runtime_error("no part table"); }));
-        screen.action(QStringLiteral("mnuViewPart"))->trigger();
-        QCOMPARE(t.failures().failures().size(), 1);
-        const Failure failure = t.failures().failures().first();
-        QCOMPARE(failure.module + u' ' + failure.procedure + u' ' + failure.description,
-                 QStringLiteral("frmMainScreen mnuViewPart_Click no part table"));
-    }
-
-private:
-    // One screen for the checks that only look.
-    std::unique_ptr<TestInstallation> m_shared;
-    std::unique_ptr<MainScreen> m_sharedScreen;
 };
 
 QTEST_MAIN(TestMainScreen)
