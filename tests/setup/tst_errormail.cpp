@@ -14,15 +14,6 @@ const ErrorReport::Details Sample{
     .userEmail = u"pat@grounds.com"_s,
     .moment = QDateTime(QDate(2025, 3, 1), QTime(10, 0))};
 
-ErrorReport::MailEndpoint endpointAt(quint16 port)
-{
-    ErrorReport::MailEndpoint mail;
-    mail.server = u"127.0.0.1"_s;
-    mail.port = port;
-    mail.recipient = u"bugs@maker.com;dev@maker.com"_s;
-    return mail;
-}
-
 } // namespace
 
 class TestErrorMail : public QObject
@@ -35,7 +26,11 @@ private slots:
         ErrorReportSender sender; // made first so that a failing test drops the sink's line first
         SmtpSink sink;
         QSignalSpy finished(&sender, &ErrorReportSender::finished);
-        sender.start(Sample, endpointAt(sink.port()), ConnectionSettings());
+        ErrorReport::MailEndpoint endpoint;
+        endpoint.server = u"127.0.0.1"_s;
+        endpoint.port = sink.port();
+        endpoint.recipient = u"bugs@maker.com;dev@maker.com"_s;
+        sender.start(Sample, endpoint, ConnectionSettings());
         QVERIFY(sender.isBusy());
         QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 20000);
         QVERIFY(!sender.isBusy());
@@ -51,16 +46,7 @@ private slots:
     {
         QString error;
         QVERIFY(!ErrorReport::sendMail(ErrorReport::MailEndpoint(), Sample, &error));
-        QVERIFY(!error.isEmpty());
-        quint16 port = 0;
-        {
-            QTcpServer probe; // nothing listens on its port once it is gone
-            QVERIFY(probe.listen(QHostAddress::LocalHost, 0));
-            port = probe.serverPort();
-        }
-        error.clear();
-        QVERIFY(!ErrorReport::sendMail(endpointAt(port), Sample, &error));
-        QVERIFY(!error.isEmpty());
+        QCOMPARE(error, u"No mail server is set up."_s);
     }
 };
 
