@@ -18,13 +18,13 @@ void insert(Session& session, const QString& sql, const QVariantList& values = {
     }
 }
 
-QStringList column(const Rows& rows, const QString& name)
+QString column(const Rows& rows, const QString& name = u"CrewNumber"_s)
 {
     QStringList values;
     for (const QSqlRecord& row : rows) {
         values.append(row.value(name).toString());
     }
-    return values;
+    return values.join(u'|');
 }
 
 /** Exactly one failure was reported since the last look, by the procedure, with that text. */
@@ -96,22 +96,20 @@ private slots:
         QCOMPARE(generateId(s, u"SupplierID"_s, u"tblSupplier"_s), 1); // then the highest plus one
         insert(s, u"INSERT INTO tblSupplier (SupplierID, Name) VALUES (7, 'A'), (3, 'B')"_s);
         QCOMPARE(generateId(s, u"supplierid"_s, u"TBLSUPPLIER"_s), 8);
-        insert(
-            s,
-            u"INSERT INTO tblCrew (CrewNumber, Description) VALUES (10, 'Tree'), (2, ?), (5, ?)"_s,
-            {u"O'Neil's"_s, u"O'Neil's"_s});
+        const QVariant oNeil = u"O'Neil's"_s;
+        insert(s,
+               u"INSERT INTO tblCrew (CrewNumber, Description) "
+               "VALUES (10, 'Tree'), (2, ?), (5, ?)"_s,
+               {oNeil, oNeil});
         QCOMPARE(
-            column(tableInfo(s, u"tblCrew"_s, {u"CrewNumber > ?"_s, {3}}, u"CrewNumber DESC"_s),
-                   u"CrewNumber"_s),
-            (QStringList{u"10"_s, u"5"_s}));
-        QCOMPARE(column(tableInfo(s, u"TBLCREW"_s, {u"Description = ?"_s, {u"O'Neil's"_s}},
-                                  u"Description, CrewNumber asc"_s),
-                        u"CrewNumber"_s),
-                 (QStringList{u"2"_s, u"5"_s}));
-        QCOMPARE(recordCount(s, u"tblCrew"_s, {u"Description = ?"_s, {u"O'Neil's"_s}}), 2);
+            column(tableInfo(s, u"tblCrew"_s, {u"CrewNumber > ?"_s, {3}}, u"CrewNumber DESC"_s)),
+            u"10|5"_s);
+        const QString byName = u"Description, CrewNumber asc"_s;
+        QCOMPARE(column(tableInfo(s, u"TBLCREW"_s, {u"Description = ?"_s, {oNeil}}, byName)),
+                 u"2|5"_s);
+        QCOMPARE(recordCount(s, u"tblCrew"_s, {u"Description = ?"_s, {oNeil}}), 2);
         QCOMPARE(recordCount(s, u"tblcrew"_s, {u"   "_s, {}}), 3);
-        QCOMPARE(column(crewInfo(s), u"CrewNumber"_s),
-                 (QStringList{u"2   O'Neil's"_s, u"5   O'Neil's"_s, u"10   Tree"_s}));
+        QCOMPARE(column(crewInfo(s)), u"2   O'Neil's|5   O'Neil's|10   Tree"_s);
         QVERIFY(t.failures().isEmpty());
 
         QCOMPARE(generateId(s, u"Nope"_s, u"tblSupplier"_s), 0);
@@ -141,8 +139,8 @@ private slots:
         const auto names = [&](bool showAll, bool byName) {
             return column(indicatorInfo(t.session(), 4, showAll, byName), u"ItemName"_s);
         };
-        QCOMPARE(names(false, false).join(u' '), u"cherry Banana apple"_s);
-        QCOMPARE(names(true, true).join(u' '), u"apple Banana cherry Hidden"_s);
+        QCOMPARE(names(false, false), u"cherry|Banana|apple"_s);
+        QCOMPARE(names(true, true), u"apple|Banana|cherry|Hidden"_s);
         QVERIFY(t.failures().isEmpty());
     }
 

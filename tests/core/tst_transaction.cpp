@@ -60,7 +60,6 @@ private slots:
                 QVERIFY(inner.commit());
             }
             Transaction{s}; // joined and abandoned
-            QVERIFY(s.transactionOpen());
             QCOMPARE(crews(s.db()), 2);
             QCOMPARE(crews(s.db2()), 0);
             QVERIFY(!commit || tx.commit());

@@ -31,9 +31,7 @@ private slots:
         endpoint.port = sink.port();
         endpoint.recipient = u"bugs@maker.com;dev@maker.com"_s;
         sender.start(Sample, endpoint, ConnectionSettings());
-        QVERIFY(sender.isBusy());
         QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 20000);
-        QVERIFY(!sender.isBusy());
         QCOMPARE(finished.at(0), (QVariantList{true, QString()}));
         QCOMPARE(sink.mails().size(), 1);
         const SmtpSink::Mail& mail = sink.mails().first();
