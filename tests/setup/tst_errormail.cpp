@@ -14,15 +14,6 @@ const ErrorReport::Details Sample{
     .userEmail = u"pat@grounds.com"_s,
     .moment = QDateTime(QDate(2025, 3, 1), QTime(10, 0))};
 
-ErrorReport::MailEndpoint endpointAt(quint16 port)
-{
-    ErrorReport::MailEndpoint mail;
-    mail.server = u"127.0.0.1"_s;
-    mail.port = port;
-    mail.recipient = u"bugs@maker.com;dev@maker.com"_s;
-    return mail;
-}
-
 } // namespace
 
 class TestErrorMail : public QObject
@@ -35,10 +26,12 @@ private slots:
         ErrorReportSender sender; // made first so that a failing test drops the sink's line first
         SmtpSink sink;
         QSignalSpy finished(&sender, &ErrorReportSender::finished);
-        sender.start(Sample, endpointAt(sink.port()), ConnectionSettings());
-        QVERIFY(sender.isBusy());
+        ErrorReport::MailEndpoint endpoint;
+        endpoint.server = u"127.0.0.1"_s;
+        endpoint.port = sink.port();
+        endpoint.recipient = u"bugs@maker.com;dev@maker.com"_s;
+        sender.start(Sample, endpoint, ConnectionSettings());
         QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 20000);
-        QVERIFY(!sender.isBusy());
         QCOMPARE(finished.at(0), (QVariantList{true, QString()}));
         QCOMPARE(sink.mails().size(), 1);
         const SmtpSink::Mail& mail = sink.mails().first();
@@ -51,16 +44,7 @@ private slots:
     {
         QString error;
         QVERIFY(!ErrorReport::sendMail(ErrorReport::MailEndpoint(), Sample, &error));
-        QVERIFY(!error.isEmpty());
-        quint16 port = 0;
-        {
-            QTcpServer probe; // nothing listens on its port once it is gone
-            QVERIFY(probe.listen(QHostAddress::LocalHost, 0));
-            port = probe.serverPort();
-        }
-        error.clear();
-        QVERIFY(!ErrorReport::sendMail(endpointAt(port), Sample, &error));
-        QVERIFY(!error.isEmpty());
+        QCOMPARE(error, u"No mail server is set up."_s);
     }
 };
 

@@ -56,12 +56,10 @@ private slots:
         row("pat@home@grounds.com", "Too many @");
         row("pat@groundscom", "Missing the period");
         row(".pat@grounds.com", "Invalid format");
-        row("pat@grounds.com.", "Invalid format");
         row("josé@grounds.com", "Invalid character");
         row("pat@grounds.c", "Suffix too short");
         row("pat@grounds.comma", "Suffix too long");
-        row("Pat_Smith-2@Mail.Grounds.CO.UK");
-        row("pat@grounds.info");
+        row("Pat_Smith-2@Mail.Grounds.info");
     }
     void emailCheck()
     {
@@ -99,10 +97,6 @@ private slots:
     void mailGoesFromTheUserToEveryRecipient()
     {
         Store store;
-        QVERIFY(!ErrorReport::isConfigured(ErrorReport::reportDatabase(store)));
-        store.setValue(u"ErrorReportDatabase"_s, u"Host"_s, u"db.maker.com"_s);
-        store.setValue(u"ErrorReportDatabase"_s, u"Name"_s, u"errors"_s);
-        QVERIFY(ErrorReport::isConfigured(ErrorReport::reportDatabase(store)));
         store.setValue(u"Mail"_s, u"TLS"_s, u"StartTLS"_s);
         store.setValue(u"Mail"_s, u"Recipient"_s, u"bugs@maker.com; ; dev@maker.com;"_s);
         ErrorReport::MailEndpoint mail = ErrorReport::MailEndpoint::fromStore(store);
