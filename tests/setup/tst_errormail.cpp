@@ -12,7 +12,8 @@ namespace {
 const ErrorReport::Details Sample{
     .failure = {u"frmWorkorder"_s, u"PostWorkorder"_s, 94, u"Invalid use of Null"_s, 7},
     .userEmail = u"pat@grounds.com"_s,
-    .moment = QDateTime(QDate(2025, 3, 1), QTime(10, 0))};
+    .moment = QDateTime(QDate(2025, 3, 1), QTime(10, 0)),
+    .platform = {}};
 
 } // namespace
 
