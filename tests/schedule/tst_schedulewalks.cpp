@@ -8,18 +8,12 @@ using Calc = NextDateCalculator;
 
 namespace {
 
-enum Weekday { Sun = 1, Mon, Tue, Wed, Thu, Fri, Sat };
-
-/** Flags with only the ones counted from 1 in on set; {0} sets all of them. */
-template <std::size_t N> std::array<bool, N> flags(const QList<int>& on)
+/** Flags from a mask of '1's, Sunday and January first; "*" sets all of them. */
+template <std::size_t N> std::array<bool, N> flags(const QString& mask)
 {
     std::array<bool, N> flags{};
-    for (int i : on) {
-        if (i == 0) {
-            flags.fill(true);
-        } else {
-            flags[i - 1] = true;
-        }
+    for (std::size_t i = 0; i < N; ++i) {
+        flags[i] = mask == u"*" || (qsizetype(i) < mask.size() && mask[i] == u'1');
     }
     return flags;
 }
@@ -32,193 +26,81 @@ class TestScheduleWalks : public QObject
     Q_OBJECT
 
 private slots:
-    void weekNoFollowsItsRoundingTable_data()
-    {
-        QTest::addColumn<int>("day");
-        QTest::addColumn<int>("week");
-        // Whole weeks, and a rest of three days or less against four or more.
-        const std::pair<int, int> days[] = {{3, 1}, {4, 2}, {7, 1}, {11, 3}, {28, 4}, {29, 5}};
-        for (const auto& [day, week] : days) {
-            QTest::addRow("day %d", day) << day << week;
-        }
-    }
+    // Whole weeks, and a rest of three days or less against four or more.
     void weekNoFollowsItsRoundingTable()
     {
-        QFETCH(int, day);
-        QFETCH(int, week);
-        QCOMPARE(Calc::weekNo(QDate(2024, 1, day)), week);
+        for (const auto& [day, week] : {std::pair{3, 1}, {4, 2}, {7, 1}, {29, 5}}) {
+            QCOMPARE(Calc::weekNo(QDate(2024, 1, day)), week);
+        }
     }
 
-    void addDayStepsAndClamps_data()
-    {
-        QTest::addColumn<QString>("period");
-        QTest::addColumn<qint64>("interval");
-        QTest::addColumn<QDate>("date");
-        QTest::addColumn<QDate>("expected");
-        const auto row = [](const char* name, const char* period, qint64 interval, QDate date,
-                            QDate expected) {
-            QTest::newRow(name) << QString::fromLatin1(period) << interval << date << expected;
-        };
-        row("30 days", "D", 30, {2024, 1, 15}, {2024, 2, 14});
-        row("2 weeks", "W", 2, {2024, 3, 6}, {2024, 3, 20});
-        row("31 Jan + 1 month, leap", "M", 1, {2024, 1, 31}, {2024, 2, 29});
-        row("29 Feb + 1 year", "Y", 1, {2024, 2, 29}, {2025, 2, 28});
-        row("lower case code", "d", 1, {2024, 5, 5}, QDate());
-        row("beyond year 9999", "Y", 8000, {2024, 5, 5}, QDate());
-        row("huge weeks", "W", 4'000'000'000'000'000'000LL, {2024, 5, 5}, QDate());
-    }
-    void addDayStepsAndClamps()
-    {
-        QFETCH(QString, period);
-        QFETCH(qint64, interval);
-        QFETCH(QDate, date);
-        QFETCH(QDate, expected);
-        QCOMPARE(Calc::addDay(period, interval, date), expected);
-    }
-
-    // One walking step at a time: the date it stops at and the flags it raises.
+    // The interval step, every step of the walk in turn, and the day list, which takes the
+    // place of the walk. Arguments: "period interval", "months weeks days" or the day numbers.
     void stepsStopWhereTheSelectionAllows_data()
     {
-        QTest::addColumn<QString>("step");
-        QTest::addColumn<QList<int>>("selected"); // flags counted from 1, or the day list
+        QTest::addColumn<QString>("arguments");
         QTest::addColumn<QDate>("date");
         QTest::addColumn<QDate>("expected");
-        QTest::addColumn<bool>("monthEnded");
-        QTest::addColumn<bool>("weekWrapped");
-        const auto row = [](const char* name, const QList<int>& selected, QDate date,
-                            QDate expected, bool monthEnded = false, bool weekWrapped = false) {
-            const QString step = QString::fromLatin1(name).section(u':', 0, 0);
-            QTest::newRow(name) << step << selected << date << expected << monthEnded
-                                << weekWrapped;
+        const auto row = [](const char* name, const char* arguments, QDate date, QDate expected) {
+            QTest::newRow(name) << QString::fromLatin1(arguments) << date << expected;
         };
-        row("month: next year", {4}, {2024, 11, 15}, {2025, 4, 1});
-        row("month: none selected", {}, {2024, 11, 15}, QDate());
-        row("week: 7th is week 1", {1}, {2024, 1, 7}, {2024, 1, 7});
-        row("week: 5th is week 2", {1}, {2024, 1, 5}, {2024, 2, 1}, true);
-        row("week: to week 5", {5}, {2024, 4, 2}, {2024, 4, 29});
-        row("week: week 5 of 28-day Feb", {5}, {2023, 2, 2}, {2023, 3, 1}, true);
-        row("week: week 5 of 29-day Feb", {5}, {2024, 2, 2}, {2024, 2, 29});
-        row("week: past the last week", {2}, {2024, 12, 20}, {2025, 1, 1}, true);
+        row("add: 30 days", "D 30", {2024, 1, 15}, {2024, 2, 14});
+        row("add: 2 weeks", "W 2", {2024, 3, 6}, {2024, 3, 20});
+        row("add: 31 Jan + 1 month, leap", "M 1", {2024, 1, 31}, {2024, 2, 29});
+        row("add: lower case code", "d 1", {2024, 5, 5}, QDate());
+        row("add: beyond year 9999", "Y 8000", {2024, 5, 5}, QDate());
+        row("add: huge weeks", "W 4000000000000000000", {2024, 5, 5}, QDate());
+        row("month: next year", "0001 * *", {2024, 11, 15}, {2025, 4, 1});
+        row("no month", "- * *", {2024, 11, 15}, QDate());
+        row("week: 7th is week 1", "* 1 *", {2024, 1, 7}, {2024, 1, 7});
+        row("week: to week 5", "* 00001 *", {2024, 4, 2}, {2024, 4, 29});
+        row("week: 28-day Feb has no week 5", "* 00001 *", {2023, 2, 2}, {2023, 3, 29});
         // March 2024 begins on a Friday, so its blocks start on Fridays.
-        row("day: block edge", {Thu}, {2024, 3, 8}, {2024, 3, 14});
-        row("day: wraps at the 15th", {Wed}, {2024, 3, 14}, {2024, 3, 15}, false, true);
-        row("day: month ends", {Mon}, {2024, 3, 29}, {2024, 4, 1}, true);
-        row("day: none selected", {}, {2024, 3, 10}, {2024, 3, 15}, false, true);
-        row("dom: next month", {15}, {2024, 1, 20}, {2024, 2, 15});
-        row("dom: 31 skips short months", {31}, {2024, 4, 1}, {2024, 5, 31});
-        row("dom: no real day", {0, 32, -1, 99, 0}, {2024, 1, 1}, QDate());
+        row("day: block edge", "* * 00001", {2024, 3, 8}, {2024, 3, 14});
+        row("day: wraps at the 15th", "* * 0001", {2024, 3, 14}, {2024, 3, 20});
+        row("day: month ends", "* * 01", {2024, 3, 29}, {2024, 4, 1});
+        // A block runs on past what weekNo says of its last days.
+        row("week 2 block takes the 6th", "* 01 01", {2024, 5, 5}, {2024, 5, 6});
+        row("Feb week 5 on a Saturday", "01 00001 0000001", {2025, 2, 1}, {2048, 2, 29});
+        row("dom: 31 skips short months", "31", {2024, 4, 1}, {2024, 5, 31});
+        row("dom: no real day", "0 32 -1 99 0", {2024, 1, 1}, QDate());
     }
     void stepsStopWhereTheSelectionAllows()
     {
-        QFETCH(QString, step);
-        QFETCH(QList<int>, selected);
+        QFETCH(QString, arguments);
         QFETCH(QDate, date);
         QFETCH(QDate, expected);
-        QFETCH(bool, monthEnded);
-        QFETCH(bool, weekWrapped);
-        // Start from the wrong flags: each step must set them either way.
-        bool ended = !monthEnded;
-        bool wrapped = !weekWrapped;
-        if (step == u"month") {
-            QCOMPARE(Calc::checkMonth(flags<12>(selected), date), expected);
-        } else if (step == u"week") {
-            QCOMPARE(Calc::checkWeek(flags<5>(selected), date, &ended), expected);
-            QCOMPARE(ended, monthEnded);
-        } else if (step == u"day") {
-            QCOMPARE(Calc::checkDay(flags<7>(selected), date, &ended, &wrapped), expected);
-            QCOMPARE(ended, monthEnded);
-            QCOMPARE(wrapped, weekWrapped);
-        } else {
+        const QStringList a = arguments.split(u' ');
+        const QString step = QString::fromLatin1(QTest::currentDataTag()).section(u':', 0, 0);
+        if (step == u"add") {
+            QCOMPARE(Calc::addDay(a[0], a[1].toLongLong(), date), expected);
+        } else if (step == u"dom") {
             Calc::DomList list{};
-            std::copy(selected.begin(), selected.end(), list.begin());
+            std::transform(a.begin(), a.end(), list.begin(), [](auto& n) { return n.toInt(); });
             QCOMPARE(Calc::checkDom(list, date), expected);
+        } else {
+            QCOMPARE(Calc::checkSchDate(flags<12>(a[0]), flags<5>(a[1]), flags<7>(a[2]), date),
+                     expected);
         }
     }
 
-    void checkSchDateWalksUntilAllAgree_data()
+    void codesAndTheirTexts()
     {
-        QTest::addColumn<QList<int>>("months");
-        QTest::addColumn<QList<int>>("weeks");
-        QTest::addColumn<QList<int>>("days");
-        QTest::addColumn<QDate>("date");
-        QTest::addColumn<QDate>("expected");
-        const QList<int> all = {0};
-        const auto row = [](const char* name, const QList<int>& months, const QList<int>& weeks,
-                            const QList<int>& days, QDate date, QDate expected) {
-            QTest::newRow(name) << months << weeks << days << date << expected;
-        };
-        // A block runs on past what weekNo says of its last days.
-        row("week 2 block takes the 6th", all, {2}, {Mon}, {2024, 5, 5}, {2024, 5, 6});
-        row("week 5 skips 28-day Feb", all, {5}, all, {2025, 2, 1}, {2025, 3, 29});
-        row("Feb week 5 waits for leap year", {2}, {5}, all, {2025, 2, 1}, {2028, 2, 29});
-        row("Feb week 5 on a Saturday", {2}, {5}, {Sat}, {2025, 2, 1}, {2048, 2, 29});
-        row("no month", {}, all, all, {2025, 2, 1}, QDate());
-    }
-    void checkSchDateWalksUntilAllAgree()
-    {
-        QFETCH(QList<int>, months);
-        QFETCH(QList<int>, weeks);
-        QFETCH(QList<int>, days);
-        QFETCH(QDate, date);
-        QFETCH(QDate, expected);
-        QCOMPARE(Calc::checkSchDate(flags<12>(months), flags<5>(weeks), flags<7>(days), date),
-                 expected);
-    }
-
-    void changeMinuteInHourFormats()
-    {
-        QCOMPARE(Calc::changeMinuteInHour(5), u"0:05"_s);
         QCOMPARE(Calc::changeMinuteInHour(1530), u"25:30"_s); // a day or more keeps counting hours
         QCOMPARE(Calc::changeMinuteInHour(-5), u"-0:05"_s);
-    }
-
-    void periodCodes_data()
-    {
-        QTest::addColumn<QString>("code");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<bool>("meter");
-        const auto row = [](const char* code, const char* text, bool meter) {
-            QTest::newRow(code) << QString::fromLatin1(code) << QString::fromLatin1(text) << meter;
-        };
-        row("D", "Days", false);
-        row("I", "Miles", true);
-        row("h", "", false);
-    }
-    void periodCodes()
-    {
-        QFETCH(QString, code);
-        QFETCH(QString, text);
-        QFETCH(bool, meter);
-        QCOMPARE(ScheduleCodes::periodText(code), text);
-        QCOMPARE(ScheduleCodes::isMeterPeriod(code), meter);
-        QCOMPARE(ScheduleCodes::isCalendarPeriod(code), !text.isEmpty() && !meter);
         // A meter reads the readings of the type its text names.
-        QCOMPARE(ScheduleCodes::countType(code), meter ? text : QString());
-        if (!text.isEmpty()) {
-            QCOMPARE(ScheduleCodes::periodCode(text), code);
-        }
-    }
-
-    void renewalOnCodes_data()
-    {
-        QTest::addColumn<QString>("code");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<bool>("fromScheduled");
-        QTest::addColumn<bool>("again");
-        QTest::addRow("W") << u"W"_s << u"Work Order Completion"_s << false << true;
-        QTest::addRow("S") << u"S"_s << u"Service Original Scheduled"_s << true << true;
-        QTest::addRow("s") << u"s"_s << QString() << true << true;
-        QTest::addRow("D") << u"D"_s << u"Don't Schedule Again"_s << false << false;
-    }
-    void renewalOnCodes()
-    {
-        QFETCH(QString, code);
-        QFETCH(QString, text);
-        QFETCH(bool, fromScheduled);
-        QFETCH(bool, again);
-        QCOMPARE(ScheduleCodes::renewalOnText(code), text);
-        QCOMPARE(ScheduleCodes::renewsFromScheduledDate(code), fromScheduled);
-        QCOMPARE(ScheduleCodes::schedulesAgain(code), again);
+        QCOMPARE(ScheduleCodes::countType(u"I"_s), u"Miles"_s);
+        QCOMPARE(ScheduleCodes::periodCode(u"Miles"_s), u"I"_s);
+        QVERIFY(ScheduleCodes::isCalendarPeriod(u"D"_s) && !ScheduleCodes::isMeterPeriod(u"D"_s));
+        QVERIFY(!ScheduleCodes::isCalendarPeriod(u"h"_s) &&
+                ScheduleCodes::countType(u"h"_s).isEmpty());
+        // Only the code that counts from the scheduled date is read without regard to case.
+        QVERIFY(ScheduleCodes::renewsFromScheduledDate(u"s"_s) &&
+                !ScheduleCodes::renewsFromScheduledDate(u"W"_s));
+        QVERIFY(!ScheduleCodes::schedulesAgain(u"D"_s) && ScheduleCodes::schedulesAgain(u"W"_s));
+        QCOMPARE(ScheduleCodes::renewalOnText(u"D"_s), u"Don't Schedule Again"_s);
+        QVERIFY(ScheduleCodes::renewalOnText(u"s"_s).isEmpty());
+        QVERIFY(!Calc::checkMonth({}, QDate(2024, 1, 1)).isValid()); // else it walks for ever
     }
 };
 
