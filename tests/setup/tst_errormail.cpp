@@ -9,11 +9,14 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const ErrorReport::Details Sample{
-    .failure = {u"frmWorkorder"_s, u"PostWorkorder"_s, 94, u"Invalid use of Null"_s, 7},
-    .userEmail = u"pat@grounds.com"_s,
-    .moment = QDateTime(QDate(2025, 3, 1), QTime(10, 0)),
-    .platform = {}};
+ErrorReport::Details sample()
+{
+    ErrorReport::Details d;
+    d.failure = {u"frmWorkorder"_s, u"PostWorkorder"_s, 94, u"Invalid use of Null"_s, 7};
+    d.userEmail = u"pat@grounds.com"_s;
+    d.moment = QDateTime(QDate(2025, 3, 1), QTime(10, 0));
+    return d;
+}
 
 } // namespace
 
@@ -31,20 +34,20 @@ private slots:
         endpoint.server = u"127.0.0.1"_s;
         endpoint.port = sink.port();
         endpoint.recipient = u"bugs@maker.com;dev@maker.com"_s;
-        sender.start(Sample, endpoint, ConnectionSettings());
+        sender.start(sample(), endpoint, ConnectionSettings());
         QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 20000);
         QCOMPARE(finished.at(0), (QVariantList{true, QString()}));
         QCOMPARE(sink.mails().size(), 1);
         const SmtpSink::Mail& mail = sink.mails().first();
         QCOMPARE(mail.from, QByteArray("<pat@grounds.com>"));
         QCOMPARE(mail.recipients, (QByteArrayList{"<bugs@maker.com>", "<dev@maker.com>"}));
-        QCOMPARE(QString::fromUtf8(mail.decodedBody()), ErrorReport::htmlBody(Sample));
+        QCOMPARE(QString::fromUtf8(mail.decodedBody()), ErrorReport::htmlBody(sample()));
     }
 
     void mailWithoutAServerFailsWithAReason()
     {
         QString error;
-        QVERIFY(!ErrorReport::sendMail(ErrorReport::MailEndpoint(), Sample, &error));
+        QVERIFY(!ErrorReport::sendMail(ErrorReport::MailEndpoint(), sample(), &error));
         QCOMPARE(error, u"No mail server is set up."_s);
     }
 };
