@@ -193,8 +193,8 @@ private slots:
         row("add without the modify right, refused by the engine, saved at the next try",
             "cmdAdd|txtUnitNo+U40|txtPayment+5|cmdUpdate|txtPayment=6|cmdUpdate", "B U40", {},
             "U10|U20|U30|U40", "onePayment-EqMod");
-        row("add and delete refused without their rights", "cmdAdd|Yes|cmdDelete", "B U10",
-            QStringList(2, MessageTexts::NoActionRights), Seeded, "-EqAdd-EqDel");
+        row("add and delete refused with neither right", "cmdAdd|Yes|cmdDelete", "B U10",
+            QStringList(2, MessageTexts::NoActionRights), Seeded, "-EqAdd-EqMod-EqDel");
     }
     void userSteps()
     {
@@ -237,7 +237,8 @@ private slots:
         const QString parts = u"SELECT QuantityRequired FROM tblEquipmentPart"_s;
         quantity->setText(u"7"_s);
         QCOMPARE(screen.modeText(), u"M"_s);
-        QVERIFY(child<QPushButton>(screen, "cmdUpdate")->isVisible());
+        QVERIFY(child<QPushButton>(screen, "cmdUpdate")->isVisible() &&
+                t.session().transactionOpen());
         QCOMPARE(committed(t.session(), parts), u"2"_s); // not yet for anyone else
         click(screen, "cmdCancel");
         perform(screen, t.prompter(), u"cmdAdd|txtUnitNo+U1|txtPayment+12.5"_s, "grdMachine");
