@@ -7,16 +7,6 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-qint64 addCrew(Session& session, qint64 number, const QString& description)
-{
-    Crew crew{0, number, description};
-    return CrewManager(session).saveRecord(crew, true) ? crew.crewId : 0;
-}
-
-} // namespace
-
 class TestCrewManager : public QObject
 {
     Q_OBJECT
@@ -24,57 +14,38 @@ class TestCrewManager : public QObject
 private slots:
     void initTestCase() { TANDRILL_REQUIRE_ENGINE(); }
 
-    void savesAndDeletesOnlyTheCrewMeant()
+    void savesDeletesAndNamesTheFirstUser()
     {
         TANDRILL_INSTALLATION(t);
-        const qint64 first = addCrew(t.session(), 20, u"Mowing"_s);
-        const qint64 second = addCrew(t.session(), 10, u"O'Brien's edging"_s);
-        const qint64 third = addCrew(t.session(), 40, u"Drop"_s);
-        QVERIFY(first > 0 && second > first && third > second);
-        Crew changed{first, 30, u"Mowing north"_s};
-        QVERIFY(CrewManager(t.session()).saveRecord(changed, false));
-        QVERIFY(CrewManager(t.session()).deleteRecord(third));
+        CrewManager manager(t.session());
+        Crew first{0, 20, u"Mowing"_s}, second{0, 10, u"O'Brien's edging"_s}, third{0, 40, {}};
+        QVERIFY(manager.saveRecord(first, true) && manager.saveRecord(second, true));
+        QVERIFY(manager.saveRecord(third, true) && second.crewId > first.crewId);
+        first = {first.crewId, 30, u"Mowing north"_s};
+        QVERIFY(manager.saveRecord(first, false));
+        QVERIFY(manager.deleteRecord(third.crewId));
         QStringList listed; // in the manager's order
-        for (const QSqlRecord& row : CrewManager(t.session()).list()) {
+        for (const QSqlRecord& row : manager.list()) {
             listed.append(u"%1 %2 %3"_s.arg(row.value(u"CrewID"_s).toString(),
                                             row.value(u"CrewNumber"_s).toString(),
                                             row.value(u"Description"_s).toString()));
         }
-        QCOMPARE(listed, (QStringList{u"%1 10 O'Brien's edging"_s.arg(second),
-                                      u"%1 30 Mowing north"_s.arg(first)}));
-        QVERIFY(t.failures().isEmpty());
-    }
+        QCOMPARE(listed, (QStringList{u"%1 10 O'Brien's edging"_s.arg(second.crewId),
+                                      u"%1 30 Mowing north"_s.arg(first.crewId)}));
 
-    void canDeleteCrewNamesTheFirstUser_data()
-    {
-        // Rows that refer to the crew, '|' between them; ? is the crew's key.
-        QTest::addColumn<QString>("uses");
-        QTest::addColumn<QString>("expected");
-        const QString services = u"tblServices (ServiceID, CrewID) VALUES (1, ?)|"_s;
-        const QString used = u"tblServiceUsed (CrewID) VALUES (?)|"_s;
-        const QString employee = u"tblEmployee (EmployeeID, Crew) VALUES ('E1', ?)|"_s;
-        const QString equipment = u"tblEquipment (EquipmentID, CrewID) VALUES (1, ?)|"_s;
-        QTest::addRow("equipment") << equipment << u"Equipment"_s;
-        QTest::addRow("employee before equipment") << equipment + employee << u"Employee"_s;
-        QTest::addRow("services before all")
-            << equipment + employee + used + services << u"Services"_s;
-        QTest::addRow("work order lines do not count")
-            << u"tblWoServiceUsed (CrewID) VALUES (?)"_s << QString();
-    }
-    void canDeleteCrewNamesTheFirstUser()
-    {
-        QFETCH(QString, uses);
-        QFETCH(QString, expected);
-        TANDRILL_INSTALLATION(t);
-        const qint64 crew = addCrew(t.session(), 7, u"Irrigation"_s);
-        const qint64 other = addCrew(t.session(), 8, u"Other"_s);
+        // Each use added outranks the ones before it; work order lines do not count.
+        const std::pair<const char*, QString> uses[] = {
+            {"tblWoServiceUsed (CrewID) VALUES (?)", {}},
+            {"tblEquipment (EquipmentID, CrewID) VALUES (1, ?)", u"Equipment"_s},
+            {"tblEmployee (EmployeeID, Crew) VALUES ('E1', ?)", u"Employee"_s},
+            {"tblServiceUsed (CrewID) VALUES (?)", u"ServiceUsed"_s},
+            {"tblServices (ServiceID, CrewID) VALUES (1, ?)", u"Services"_s}};
         QSqlQuery q(t.session().db());
-        for (const QString& use : uses.split(u'|', Qt::SkipEmptyParts)) {
-            QVERIFY2(Sql::exec(q, u"INSERT INTO "_s + use, {crew}), qPrintable(use));
+        for (const auto& [use, expected] : uses) {
+            QVERIFY(Sql::exec(q, u"INSERT INTO "_s + QString::fromLatin1(use), {first.crewId}));
+            QCOMPARE(manager.canDeleteCrew(first.crewId), expected);
         }
-        CrewManager manager(t.session());
-        QCOMPARE(manager.canDeleteCrew(crew), expected);
-        QCOMPARE(manager.canDeleteCrew(other), QString());
+        QCOMPARE(manager.canDeleteCrew(second.crewId), QString());
         QVERIFY(t.failures().isEmpty());
     }
 
