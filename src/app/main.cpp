@@ -1,8 +1,10 @@
 // The desktop program: starts the session in its fixed order, then puts the
 // main screen and the screens of every library together.
 
+#include "CostCenterScreen.h"
 #include "CrewScreen.h"
 #include "DesktopStart.h"
+#include "LocationScreen.h"
 #include "MainCommandLine.h"
 #include "MainScreen.h"
 #include "MainScreenshot.h"
@@ -11,11 +13,14 @@
 #include "ScriptedPrompter.h"
 #include "Session.h"
 #include "SetupScreen.h"
+#include "SiteScreen.h"
+#include "SupplierScreen.h"
 
 #include <QApplication>
 #include <QHash>
 #include <QTextStream>
 #include <QTimer>
+#include <array>
 
 namespace {
 
@@ -38,15 +43,41 @@ using ScreenCatalogue = QHash<QString, MainScreen::Handler>;
 ScreenCatalogue wireScreens(MainScreen& main, Session& session)
 {
     ScreenCatalogue screens;
-    const auto openCrew = [&session](QWidget* parent) {
-        CrewScreen::showCrewDetail(session, RecordScreen::Mode::Browse, 0, parent);
+    using ShowDetail = QVariant (*)(Session&, RecordScreen::Mode, const QVariant&, QWidget*);
+    const auto opener = [&session](ShowDetail show, RecordScreen::Mode mode) {
+        return [&session, show, mode](QWidget* parent) { show(session, mode, 0, parent); };
     };
-    const auto openSetup = [&session, &main, openCrew] {
+    struct Lookup
+    {
+        QString button; ///< its caption on the setup screen
+        QString screen;
+        ShowDetail show;
+    };
+    const std::array<Lookup, 4> lookups{{
+        {QStringLiteral("Site"), QStringLiteral("frmSite"), &SiteScreen::showSiteDetail},
+        {QStringLiteral("Location"), QStringLiteral("frmLocation"),
+         &LocationScreen::showLocationDetail},
+        {QStringLiteral("Crew"), QStringLiteral("frmCrew"), &CrewScreen::showCrewDetail},
+        {QStringLiteral("Cost Center"), QStringLiteral("frmCostCenter"),
+         &CostCenterScreen::showCostCenterDetail},
+    }};
+    const auto openSetup = [&session, &main, lookups, opener] {
         SetupScreen setup(session, &main);
-        setup.setLookupOpener(QStringLiteral("Crew"), openCrew);
+        for (const Lookup& lookup : lookups) {
+            setup.setLookupOpener(lookup.button, opener(lookup.show, RecordScreen::Mode::Browse));
+        }
         setup.exec();
     };
-    screens.insert(QStringLiteral("frmCrew"), [openCrew, &main] { openCrew(&main); });
+    for (const Lookup& lookup : lookups) {
+        screens.insert(lookup.screen, [open = opener(lookup.show, RecordScreen::Mode::Browse),
+                                       &main] { open(&main); });
+    }
+    const auto openSupplier = [opener, &main](RecordScreen::Mode mode) {
+        return [open = opener(&SupplierScreen::showSupplierDetail, mode), &main] { open(&main); };
+    };
+    main.setHandler(QStringLiteral("mnuViewSupplier"), openSupplier(RecordScreen::Mode::Browse));
+    main.setHandler(QStringLiteral("mnuAddSupplier"), openSupplier(RecordScreen::Mode::Add));
+    screens.insert(QStringLiteral("frmSupplier"), openSupplier(RecordScreen::Mode::Browse));
     main.setHandler(QStringLiteral("mnuSetup"), openSetup);
     screens.insert(QStringLiteral("frmSetup"), openSetup);
     const auto report = [&session, &main](const QString& procedure) {
