@@ -3,6 +3,7 @@
 
 #include "CrewScreen.h"
 #include "DesktopStart.h"
+#include "IndicatorScreen.h"
 #include "MainCommandLine.h"
 #include "MainScreen.h"
 #include "MainScreenshot.h"
@@ -41,12 +42,19 @@ ScreenCatalogue wireScreens(MainScreen& main, Session& session)
     const auto openCrew = [&session](QWidget* parent) {
         CrewScreen::showCrewDetail(session, RecordScreen::Mode::Browse, 0, parent);
     };
-    const auto openSetup = [&session, &main, openCrew] {
+    const auto openIndicator = [&session](QWidget* parent, int listNumber) {
+        IndicatorScreen::showIndicatorDetail(session, listNumber, {}, {}, false, parent);
+    };
+    const auto openSetup = [&session, &main, openCrew, openIndicator] {
         SetupScreen setup(session, &main);
         setup.setLookupOpener(QStringLiteral("Crew"), openCrew);
+        setup.setIndicatorOpener(openIndicator);
         setup.exec();
     };
     screens.insert(QStringLiteral("frmCrew"), [openCrew, &main] { openCrew(&main); });
+    // With no list the screen offers every list.
+    screens.insert(QStringLiteral("frmIndicator"),
+                   [openIndicator, &main] { openIndicator(&main, 0); });
     main.setHandler(QStringLiteral("mnuSetup"), openSetup);
     screens.insert(QStringLiteral("frmSetup"), openSetup);
     const auto report = [&session, &main](const QString& procedure) {
