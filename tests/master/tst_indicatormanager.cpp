@@ -64,7 +64,6 @@ private slots:
         };
         const QString duplicate = IndicatorManager::DuplicateMessage;
         row("blank name", 4, 4, "   ", "", u"Name should not be blank."_s);
-        // The captions of the other dependent lists come from the same table.
         row("state without country", 11, 0, "Ohio", "", u"Country should not be blank."_s);
         row("taken name on rename", 4, 4, " mOWER", "Truck", duplicate);
         row("own name kept", 4, 4, "mower", "Mower", QString());
