@@ -4,6 +4,7 @@
 #include "CostCenterScreen.h"
 #include "CrewScreen.h"
 #include "DesktopStart.h"
+#include "IndicatorScreen.h"
 #include "LocationScreen.h"
 #include "MainCommandLine.h"
 #include "MainScreen.h"
@@ -61,13 +62,25 @@ ScreenCatalogue wireScreens(MainScreen& main, Session& session)
         {QStringLiteral("Cost Center"), QStringLiteral("frmCostCenter"),
          &CostCenterScreen::showCostCenterDetail},
     }};
-    const auto openSetup = [&session, &main, lookups, opener] {
+    const auto openIndicator = [&session](QWidget* parent, int listNumber) {
+        IndicatorScreen::showIndicatorDetail(session, listNumber, {}, {}, false, parent);
+    };
+    const auto openSetup = [&session, &main, lookups, opener, openIndicator] {
         SetupScreen setup(session, &main);
         for (const Lookup& lookup : lookups) {
             setup.setLookupOpener(lookup.button, opener(lookup.show, RecordScreen::Mode::Browse));
         }
+        setup.setIndicatorOpener(openIndicator);
+        // Both model lists are list 9; engine models hang under the engine makes.
+        setup.setLookupOpener(QStringLiteral("Engine Model"), [&session](QWidget* parent) {
+            IndicatorScreen::showIndicatorDetail(session, IndicatorList::Model, {}, {}, true,
+                                                 parent);
+        });
         setup.exec();
     };
+    // With no list the screen offers every list.
+    screens.insert(QStringLiteral("frmIndicator"),
+                   [openIndicator, &main] { openIndicator(&main, 0); });
     for (const Lookup& lookup : lookups) {
         screens.insert(lookup.screen, [open = opener(lookup.show, RecordScreen::Mode::Browse),
                                        &main] { open(&main); });
