@@ -3,3 +3,6 @@ tandrill_add_test(tst_recordscreen SOURCES ${CMAKE_CURRENT_LIST_DIR}/tst_records
     LIBS tandrill_gui_core GUI BOTH_ENGINES)
 tandrill_add_test(tst_crewscreen SOURCES ${CMAKE_CURRENT_LIST_DIR}/tst_crewscreen.cpp
     LIBS tandrill_gui_master GUI BOTH_ENGINES)
+# The parts register, the stock check-in and the part picker, wired to their logic.
+tandrill_add_test(tst_partscreens SOURCES ${CMAKE_CURRENT_LIST_DIR}/tst_partscreens.cpp
+    LIBS tandrill_gui_inventory GUI BOTH_ENGINES)

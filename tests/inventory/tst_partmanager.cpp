@@ -118,22 +118,21 @@ private slots:
         QCOMPARE(listed, (QStringList{u"O'Neil-4"_s, u"P-1"_s, u"P-2B"_s}));
 
         QSqlQuery q(s.db());
-        for (const char* list :
-             {"tblEquipmentPart (EquipmentID", "tblServicesPart (ServiceID",
-              "tblServiceUsedPart (ServiceUsedID", "tblWoPartUsed (ServiceUsedID",
-              "tblWoPartHistory (ServiceusedID"}) {
+        const char* const lists[] = {"tblEquipmentPart (EquipmentID", "tblServicesPart (ServiceID",
+                                     "tblServiceUsedPart (ServiceUsedID",
+                                     "tblWoPartUsed (ServiceUsedID",
+                                     "tblWoPartHistory (ServiceusedID"};
+        for (const char* list : lists) {
             QVERIFY(Sql::exec(q, u"INSERT INTO "_s + QString::fromLatin1(list) +
                                      u", PartID) VALUES (8, NULL)"_s));
         }
         QVERIFY(manager.cleanUpParts());
-        QCOMPARE(cell(s, u"SELECT (SELECT COUNT(*) FROM tblEquipmentPart) + "
-                         "(SELECT COUNT(*) FROM tblServicesPart) + "
-                         "(SELECT COUNT(*) FROM tblServiceUsedPart) + "
-                         "(SELECT COUNT(*) FROM tblWoPartUsed) + "
-                         "(SELECT COUNT(*) FROM tblWoPartHistory) + "
-                         "(SELECT COUNT(*) FROM tblPart)"_s)
-                     .toInt(),
-                 5); // P-1's machine row, P-2's history, three parts
+        int left = 0;
+        for (const char* list : lists) {
+            const QString table = QString::fromLatin1(list).section(u' ', 0, 0);
+            left += cell(s, u"SELECT COUNT(*) FROM "_s + table).toInt();
+        }
+        QCOMPARE(left, 2); // P-1's machine row and P-2's history
         QVERIFY(t.failures().isEmpty());
     }
 
@@ -164,19 +163,6 @@ private slots:
                  u"This part number is already in use on \"Hose\". Please assign a different "
                  "number."_s);
         QCOMPARE(manager.numberInUse(u"P8"_s, u"P8"_s), QString());
-    }
-
-    void failedSaveIsReportedAndAnswersFalse()
-    {
-        TANDRILL_INSTALLATION(t);
-        QSqlQuery q(t.session().db());
-        QVERIFY(Sql::exec(q, u"DROP TABLE tblPart"_s));
-        Part part;
-        part.partId = u"P"_s;
-        QVERIFY(!PartManager(t.session()).saveRecord(part, true));
-        QCOMPARE(t.failures().failures().size(), 1);
-        const Failure& f = t.failures().failures()[0];
-        QCOMPARE(f.module + u'/' + f.procedure, u"clsPartManager/SaveRecord"_s);
     }
 };
 
