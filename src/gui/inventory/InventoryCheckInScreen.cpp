@@ -120,6 +120,7 @@ void InventoryCheckInScreen::showGrid()
         m_grid->setItem(row, ReceivedColumn, new QTableWidgetItem(QStringLiteral("0")));
     }
     setChanged(false);
+    m_grid->resizeColumnsToContents();
 }
 
 void InventoryCheckInScreen::setChanged(bool changed)

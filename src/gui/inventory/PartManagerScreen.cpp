@@ -147,6 +147,7 @@ void PartManagerScreen::showGrid()
                             fixedCell(rows[row].value(QString::fromLatin1(ListFields[field]))));
         }
     }
+    m_grid->resizeColumnsToContents();
 }
 
 void PartManagerScreen::onCellChanged(QTableWidgetItem* item)

@@ -80,6 +80,9 @@ PartScreen::PartScreen(Session& session, QWidget* parent)
                     PartIdField);
     grid->setColumnHidden(0, false); // the key is the number the user typed
     setStandardLayout(fields, grid);
+    findChild<QPushButton*>(QStringLiteral("cmdAdd"))->setText(QStringLiteral("Add &New"));
+    findChild<QPushButton*>(QStringLiteral("cmdQFind"))->setText(QStringLiteral("Q-&Find"));
+    findChild<QPushButton*>(QStringLiteral("cmdExit"))->setText(QStringLiteral("&Return"));
     bindFields();
     setActionRights(UserRights::PaAdd, UserRights::PaMod, UserRights::PaDel);
 
@@ -119,6 +122,9 @@ QFormLayout* PartScreen::buildFields()
     m_notTracked = named<QCheckBox>(this, "chkNotTrackInventory");
     m_notTracked->setText(QStringLiteral("Do Not Track for Inventory"));
 
+    for (QLineEdit* box : {m_max, m_min}) {
+        box->setMinimumWidth(80);
+    }
     auto* reorder = new QHBoxLayout;
     reorder->addWidget(m_max);
     reorder->addWidget(
