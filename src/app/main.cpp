@@ -6,10 +6,13 @@
 #include "DesktopStart.h"
 #include "IndicatorScreen.h"
 #include "LocationScreen.h"
+#include "InventoryCheckInScreen.h"
 #include "MainCommandLine.h"
 #include "MainScreen.h"
 #include "MainScreenshot.h"
 #include "MessageBoxPrompter.h"
+#include "PartManagerScreen.h"
+#include "PartScreen.h"
 #include "ReportPreviewScreen.h"
 #include "ScriptedPrompter.h"
 #include "Session.h"
@@ -33,6 +36,23 @@ const QString MainScreenName = QStringLiteral("frmMainScreen");
 
 /** Screens that open by name, for --screenshot; each also opens from its menu entries. */
 using ScreenCatalogue = QHash<QString, MainScreen::Handler>;
+
+void wirePartScreens(MainScreen& main, Session& session, ScreenCatalogue& screens)
+{
+    const auto openPart = [&session, &main](RecordScreen::Mode mode) {
+        return [&session, &main, mode] { PartScreen::showPartDetail(session, mode, 0, &main); };
+    };
+    main.setHandler(QStringLiteral("mnuViewPart"), openPart(RecordScreen::Mode::Browse));
+    main.setHandler(QStringLiteral("mnuAddPart"), openPart(RecordScreen::Mode::Add));
+    screens.insert(QStringLiteral("frmPart"), openPart(RecordScreen::Mode::Browse));
+    screens.insert(QStringLiteral("frmInventryCheckIn"), [&session, &main] {
+        InventoryCheckInScreen::showInventoryCheckIn(session, &main);
+    });
+    screens.insert(QStringLiteral("frmPartManager"), [&session, &main] {
+        QString none;
+        PartManagerScreen::showPartManager(session, &none, false, &main);
+    });
+}
 
 /**
  * Wires the menu and the navigator to the screens of the other libraries.
@@ -103,6 +123,7 @@ ScreenCatalogue wireScreens(MainScreen& main, Session& session)
     // The equipment list waits for its filter screen on the menu; the picture shows it whole.
     screens.insert(QStringLiteral("frmReportPreview"),
                    report(QStringLiteral("ShowEquipmentListDetail")));
+    wirePartScreens(main, session, screens);
     return screens;
 }
 

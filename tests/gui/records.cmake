@@ -7,3 +7,6 @@ tandrill_add_test(tst_sitescreens SOURCES ${CMAKE_CURRENT_LIST_DIR}/tst_sitescre
     LIBS tandrill_gui_master GUI BOTH_ENGINES)
 tandrill_add_test(tst_indicatorscreen SOURCES ${CMAKE_CURRENT_LIST_DIR}/tst_indicatorscreen.cpp
     LIBS tandrill_gui_master GUI BOTH_ENGINES)
+# The parts register, the stock check-in and the part picker, wired to their logic.
+tandrill_add_test(tst_partscreens SOURCES ${CMAKE_CURRENT_LIST_DIR}/tst_partscreens.cpp
+    LIBS tandrill_gui_inventory GUI BOTH_ENGINES)
