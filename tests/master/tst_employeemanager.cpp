@@ -15,20 +15,6 @@ QString readOne(Session& session, const QString& sql)
     return Sql::exec(q, sql) && q.next() ? q.value(0).toString() : u"(none)"_s;
 }
 
-/** E1 (cost 10, on the list) and E2 (cost 100, off it) in crew 1, whose service takes 2 hours. */
-void seedCrew(TestInstallation& t, EmployeeManager& manager)
-{
-    QSqlQuery q(t.session().db());
-    QVERIFY(Sql::exec(q, u"INSERT INTO tblCrew (CrewID, CrewNumber) VALUES (1, 1), (2, 2)"_s));
-    QVERIFY(Sql::exec(q, u"INSERT INTO tblServiceUsed (CrewID, LaborEstimate, CostEstimate) "
-                         "VALUES (1, 2, 5)"_s));
-    Employee first{.employeeId = u"E1"_s, .crew = 1, .laborCost = 10, .includeWoList = true};
-    Employee second{.employeeId = u"E2"_s, .crew = 1, .laborCost = 100};
-    t.prompter().setDefaultAnswer(Prompter::Answer::No);
-    QVERIFY(manager.saveRecord(first, true) && manager.saveRecord(second, true));
-    t.prompter().clear();
-}
-
 } // namespace
 
 class TestEmployeeManager : public QObject
@@ -41,8 +27,7 @@ private slots:
     void renumberingKeepsTheRowAndStoresEveryColumn()
     {
         TANDRILL_INSTALLATION(t);
-        Session& s = t.session();
-        EmployeeManager manager(s);
+        EmployeeManager manager(t.session());
         Employee e{.employeeId = u"e7"_s,
                    .firstName = u"Ann"_s,
                    .lastName = u"O'Neil"_s,
@@ -62,14 +47,15 @@ private slots:
                    .laborRate = 12.5,
                    .inactive = true};
         QVERIFY(manager.saveRecord(e, true));
-        QSqlQuery q(s.db());
+        QSqlQuery q(t.session().db());
         QVERIFY(Sql::exec(q, u"INSERT INTO tblUser (UserName, EmployeeID) VALUES ('ann', 'E7')"_s));
         QCOMPARE(manager.canDeleteEmployee(u"e7"_s), u"User"_s);
 
-        e.employeeOldId = u"E7"_s; // keys compare without case
+        // Keys compare without case; a login keeps the number it stored.
+        e.employeeOldId = u"E7"_s;
         e.employeeId = u"E8"_s;
-        e.includeWoList = true;
         e.inactive = false;
+        e.includeWoList = true;
         QVERIFY(manager.saveRecord(e, false));
         const Rows rows = manager.list();
         QCOMPARE(rows.size(), 1);
@@ -79,10 +65,10 @@ private slots:
         }
         QCOMPARE(stored.join(u'|'), u"E8|Ann|B|O'Neil|2001-02-03|Female|1 Road|Leeds|11|12|LS1||"
                                     "(555) 123-4567|||||3||4|5|0|12.5|0|1"_s);
-        QCOMPARE(readOne(s, u"SELECT EmployeeID FROM tblUser WHERE UserName = 'ann'"_s), u"E7"_s);
+        QCOMPARE(readOne(t.session(), u"SELECT EmployeeID FROM tblUser WHERE UserName = 'ann'"_s),
+                 u"E7"_s);
         QCOMPARE(manager.canDeleteEmployee(u"E8"_s), QString());
-        QVERIFY(manager.deleteRecord(u"e8"_s));
-        QVERIFY(manager.list().isEmpty());
+        QVERIFY(manager.deleteRecord(u"e8"_s) && manager.list().isEmpty());
         // Asked once: the new employee brought a crew, the renumbering changed neither.
         QCOMPARE(t.prompter().texts(), QStringList{EmployeeManager::LabourQuestion});
         QVERIFY(t.failures().isEmpty());
@@ -92,50 +78,52 @@ private slots:
     {
         QTest::addColumn<qint64>("crew");
         QTest::addColumn<double>("cost");
-        QTest::addColumn<bool>("yes");
-        QTest::addColumn<bool>("breakLines");
-        QTest::addColumn<int>("asked");
-        QTest::addColumn<QString>("after"); // saved cost, crew and the service's estimate
-        QTest::addRow("nothing changed, nothing asked")
-            << 1LL << 10.001 << true << false << 0 << u"10 1 5"_s;
-        QTest::addRow("No keeps the budgets") << 1LL << 20.0 << false << false << 1 << u"20 1 5"_s;
-        QTest::addRow("Yes: the average leaves out who is off the list")
-            << 1LL << 20.0 << true << false << 1 << u"20 1 40"_s;
-        QTest::addRow("a new crew asks too") << 2LL << 10.0 << true << false << 1 << u"10 2 5"_s;
-        QTest::addRow("failed change keeps nothing")
-            << 1LL << 20.0 << true << true << 2 << u"10 1 5"_s;
+        QTest::addColumn<QString>("answer"); // "Fail": Yes, and the change cannot be made
+        QTest::addColumn<QString>("after");  // cost and crew saved, the budget, questions asked
+        QTest::addRow("nothing changed") << 1LL << 10.001 << u"Yes"_s << u"10 1 5, 0"_s;
+        QTest::addRow("No keeps the budgets") << 1LL << 20.0 << u"No"_s << u"20 1 5, 1"_s;
+        QTest::addRow("Yes: only who is on the list counts")
+            << 1LL << 20.0 << u"Yes"_s << u"20 1 40, 1"_s;
+        QTest::addRow("a new crew asks too") << 2LL << 10.0 << u"Yes"_s << u"10 2 5, 1"_s;
+        QTest::addRow("failed change keeps nothing") << 1LL << 20.0 << u"Fail"_s << u"10 1 5, 2"_s;
     }
     void labourQuestion()
     {
         QFETCH(qint64, crew);
         QFETCH(double, cost);
-        QFETCH(bool, yes);
-        QFETCH(bool, breakLines);
-        QFETCH(int, asked);
+        QFETCH(QString, answer);
         QFETCH(QString, after);
         TANDRILL_INSTALLATION(t);
         Session& s = t.session();
         EmployeeManager manager(s);
-        seedCrew(t, manager);
-        if (breakLines) {
-            QSqlQuery q(s.db());
+        // E1 at 10 on the work order list and E2 at 100 off it share crew 1's 2-hour service.
+        QSqlQuery q(s.db());
+        QVERIFY(Sql::exec(q, u"INSERT INTO tblServiceUsed (CrewID, LaborEstimate, CostEstimate) "
+                             "VALUES (1, 2, 5)"_s));
+        QVERIFY(Sql::exec(q, u"INSERT INTO tblCrew (CrewID, CrewNumber) VALUES (1, 1), (2, 2)"_s));
+        Employee first{.employeeId = u"E1"_s, .crew = 1, .laborCost = 10, .includeWoList = true};
+        const Employee second{.employeeId = u"E2"_s, .crew = 1, .laborCost = 100};
+        t.prompter().setDefaultAnswer(Prompter::Answer::No);
+        QVERIFY(manager.saveRecord(first, true) && manager.saveRecord(second, true));
+        t.prompter().clear();
+        if (answer == u"Fail") {
             QVERIFY(Sql::exec(q, u"DROP TABLE tblWoServiceUsed"_s));
         }
-        t.prompter().queueAnswer(yes ? Prompter::Answer::Yes : Prompter::Answer::No);
-        const Employee e{.employeeId = u"E1"_s,
-                         .employeeOldId = u"E1"_s,
-                         .crew = crew,
-                         .laborCost = cost,
-                         .includeWoList = true};
-        QCOMPARE(manager.saveRecord(e, false), !breakLines);
+        t.prompter().queueAnswer(answer == u"No" ? Prompter::Answer::No : Prompter::Answer::Yes);
+        first.employeeOldId = first.employeeId;
+        first.crew = crew;
+        first.laborCost = cost;
+        QCOMPARE(manager.saveRecord(first, false), answer != u"Fail");
 
-        const QStringList texts{EmployeeManager::LabourQuestion, EmployeeManager::LabourProblem};
-        QCOMPARE(t.prompter().texts(), texts.first(asked));
+        const qsizetype asked = t.prompter().texts().size();
         QCOMPARE(readOne(s, u"SELECT CAST(ROUND(LaborCost) AS INTEGER) || ' ' || Crew FROM "
                             "tblEmployee WHERE EmployeeID = 'E1'"_s) +
-                     u' ' + readOne(s, u"SELECT CostEstimate FROM tblServiceUsed"_s),
+                     u' ' + readOne(s, u"SELECT CostEstimate FROM tblServiceUsed"_s) + u", "_s +
+                     QString::number(asked),
                  after);
-        QCOMPARE(t.failures().failures().size(), breakLines ? 1 : 0);
+        const QStringList texts{EmployeeManager::LabourQuestion, EmployeeManager::LabourProblem};
+        QCOMPARE(t.prompter().texts(), texts.first(asked));
+        QCOMPARE(t.failures().failures().size(), answer == u"Fail" ? 1 : 0);
         QVERIFY(!s.transactionOpen());
     }
 };
