@@ -3,6 +3,7 @@
 
 #include "CrewScreen.h"
 #include "DesktopStart.h"
+#include "EmployeeScreen.h"
 #include "MainCommandLine.h"
 #include "MainScreen.h"
 #include "MainScreenshot.h"
@@ -47,6 +48,14 @@ ScreenCatalogue wireScreens(MainScreen& main, Session& session)
         setup.exec();
     };
     screens.insert(QStringLiteral("frmCrew"), [openCrew, &main] { openCrew(&main); });
+    const auto openEmployee = [&session, &main](RecordScreen::Mode mode) {
+        return [&session, &main, mode] {
+            EmployeeScreen::showEmployeeDetail(session, mode, 0, &main);
+        };
+    };
+    main.setHandler(QStringLiteral("mnuViewEmployee"), openEmployee(RecordScreen::Mode::Browse));
+    main.setHandler(QStringLiteral("mnuAddEmployee"), openEmployee(RecordScreen::Mode::Add));
+    screens.insert(QStringLiteral("frmEmployee"), openEmployee(RecordScreen::Mode::Browse));
     main.setHandler(QStringLiteral("mnuSetup"), openSetup);
     screens.insert(QStringLiteral("frmSetup"), openSetup);
     const auto report = [&session, &main](const QString& procedure) {

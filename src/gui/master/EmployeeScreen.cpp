@@ -47,7 +47,7 @@ EmployeeScreen::EmployeeScreen(Session& session, QWidget* parent)
     grid->setFields({{KeyField, QStringLiteral("Employee Number")},
                      {QStringLiteral("FirstName"), QStringLiteral("First Name")},
                      {QStringLiteral("Lastname"), QStringLiteral("Last Name")},
-                     {QStringLiteral("Phone"), QStringLiteral("Phone")},
+                     {QStringLiteral("City"), QStringLiteral("City")},
                      {QStringLiteral("Email"), QStringLiteral("Email")}},
                     KeyField);
     // The key is the number the user typed, so the grid shows it.
@@ -96,9 +96,9 @@ QLayout* EmployeeScreen::buildFields()
     left->addRow(QStringLiteral("&City"),
                  addLine("txtCity", QStringLiteral("City"), &m_employee.city));
     m_country = addList("cboCountry", QStringLiteral("Country"), &m_employee.country);
-    left->addRow(QStringLiteral("C&ountry"), withButton(m_country, listButton("cmdCountry")));
+    left->addRow(QStringLiteral("Country"), withButton(m_country, listButton("cmdCountry")));
     m_state = addList("cboState", QStringLiteral("State"), &m_employee.state);
-    left->addRow(QStringLiteral("&State"), withButton(m_state, listButton("cmdState")));
+    left->addRow(QStringLiteral("State"), withButton(m_state, listButton("cmdState")));
     left->addRow(QStringLiteral("&Zip"), addLine("txtZip", QStringLiteral("Zip"), &m_employee.zip));
     left->addRow(QStringLiteral("&Phone"),
                  m_phone = addPhone("txtPhone", QStringLiteral("Phone"), &m_employee.phone));
