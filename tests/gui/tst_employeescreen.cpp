@@ -46,21 +46,17 @@ private slots:
             states.append(text(*screen, "txtFirstName") + state->currentText());
             click(*screen, "cmdExit");
         });
-        const QVariant chosen = EmployeeScreen::showEmployeeDetail(
-            t.session(), RecordScreen::Mode::Add, u"E1"_s, nullptr);
-        QCOMPARE(chosen, u"E3"_s);
+        QCOMPARE(EmployeeScreen::showEmployeeDetail(t.session(), RecordScreen::Mode::Add, u"E1"_s),
+                 QVariant(u"E3"_s));
         QCOMPARE(states, (QStringList{u"2Maule"_s, u"2Ontario"_s, u"BobOntario"_s}));
         QCOMPARE(t.prompter().texts(),
                  (QStringList{MessageTexts::notBlank(u"Employee Number"_s),
                               MessageTexts::notBlank(u"Employee's first name"_s),
                               u"Employee Number you specified already exists. Please enter a "
                               "different Employee Number."_s}));
-        QStringList saved;
-        for (const QSqlRecord& row : EmployeeManager(t.session()).list()) {
-            saved.append(row.value(u"EmployeeID"_s).toString() +
-                         QString::number(row.value(u"State"_s).toLongLong()));
-        }
-        QCOMPARE(saved, (QStringList{u"E10"_s, u"E3901"_s}));
+        const SqlFilter renumbered{u"EmployeeID = 'E3' AND State = 901"_s, {}};
+        QCOMPARE(DataHelpers::recordCount(t.session(), u"tblEmployee"_s, renumbered), 1);
+        QCOMPARE(DataHelpers::recordCount(t.session(), u"tblEmployee"_s), 2);
     }
 };
 
