@@ -4,9 +4,10 @@
 #include "CostCenterScreen.h"
 #include "CrewScreen.h"
 #include "DesktopStart.h"
+#include "EmployeeScreen.h"
 #include "IndicatorScreen.h"
-#include "LocationScreen.h"
 #include "InventoryCheckInScreen.h"
+#include "LocationScreen.h"
 #include "MainCommandLine.h"
 #include "MainScreen.h"
 #include "MainScreenshot.h"
@@ -37,14 +38,9 @@ const QString MainScreenName = QStringLiteral("frmMainScreen");
 /** Screens that open by name, for --screenshot; each also opens from its menu entries. */
 using ScreenCatalogue = QHash<QString, MainScreen::Handler>;
 
-void wirePartScreens(MainScreen& main, Session& session, ScreenCatalogue& screens)
+/** The stock screens that are not record screens. */
+void wireStockScreens(MainScreen& main, Session& session, ScreenCatalogue& screens)
 {
-    const auto openPart = [&session, &main](RecordScreen::Mode mode) {
-        return [&session, &main, mode] { PartScreen::showPartDetail(session, mode, 0, &main); };
-    };
-    main.setHandler(QStringLiteral("mnuViewPart"), openPart(RecordScreen::Mode::Browse));
-    main.setHandler(QStringLiteral("mnuAddPart"), openPart(RecordScreen::Mode::Add));
-    screens.insert(QStringLiteral("frmPart"), openPart(RecordScreen::Mode::Browse));
     screens.insert(QStringLiteral("frmInventryCheckIn"), [&session, &main] {
         InventoryCheckInScreen::showInventoryCheckIn(session, &main);
     });
@@ -105,12 +101,22 @@ ScreenCatalogue wireScreens(MainScreen& main, Session& session)
         screens.insert(lookup.screen, [open = opener(lookup.show, RecordScreen::Mode::Browse),
                                        &main] { open(&main); });
     }
-    const auto openSupplier = [opener, &main](RecordScreen::Mode mode) {
-        return [open = opener(&SupplierScreen::showSupplierDetail, mode), &main] { open(&main); };
+    const auto onMain = [opener, &main](ShowDetail show, RecordScreen::Mode mode) {
+        return [open = opener(show, mode), &main] { open(&main); };
     };
-    main.setHandler(QStringLiteral("mnuViewSupplier"), openSupplier(RecordScreen::Mode::Browse));
-    main.setHandler(QStringLiteral("mnuAddSupplier"), openSupplier(RecordScreen::Mode::Add));
-    screens.insert(QStringLiteral("frmSupplier"), openSupplier(RecordScreen::Mode::Browse));
+    // The View and Add menus open the same screen, browsing or on a new record.
+    const auto wireViewAndAdd = [&main, &screens, onMain](const QString& screen, ShowDetail show,
+                                                          const QString& entry) {
+        main.setHandler(QStringLiteral("mnuView") + entry,
+                        onMain(show, RecordScreen::Mode::Browse));
+        main.setHandler(QStringLiteral("mnuAdd") + entry, onMain(show, RecordScreen::Mode::Add));
+        screens.insert(screen, onMain(show, RecordScreen::Mode::Browse));
+    };
+    wireViewAndAdd(QStringLiteral("frmSupplier"), &SupplierScreen::showSupplierDetail,
+                   QStringLiteral("Supplier"));
+    wireViewAndAdd(QStringLiteral("frmEmployee"), &EmployeeScreen::showEmployeeDetail,
+                   QStringLiteral("Employee"));
+    wireViewAndAdd(QStringLiteral("frmPart"), &PartScreen::showPartDetail, QStringLiteral("Part"));
     main.setHandler(QStringLiteral("mnuSetup"), openSetup);
     screens.insert(QStringLiteral("frmSetup"), openSetup);
     const auto report = [&session, &main](const QString& procedure) {
@@ -123,7 +129,7 @@ ScreenCatalogue wireScreens(MainScreen& main, Session& session)
     // The equipment list waits for its filter screen on the menu; the picture shows it whole.
     screens.insert(QStringLiteral("frmReportPreview"),
                    report(QStringLiteral("ShowEquipmentListDetail")));
-    wirePartScreens(main, session, screens);
+    wireStockScreens(main, session, screens);
     return screens;
 }
 

@@ -208,20 +208,22 @@ struct Employee
 };
 
 const Employee Employees[] = {
-    {"E1001", "Dana", "R", "Whitfield", "F", 0, "Crew Leader", 34.5,
+    {"E1001", "Dana", "R", "Whitfield", "Female", 0, "Crew Leader", 34.5,
      "Irrigation, pesticide licence"},
-    {"E1002", "Marcus", "J", "O'Brien", "M", 0, "Equipment Operator", 27.0, "Wide-area mowers"},
-    {"E1003", "Priya", "", "Raman", "F", 0, "Groundskeeper", 24.5, "Turf care"},
-    {"E1004", "Tomás", "A", "Herrera", "M", 1, "Crew Leader", 33.0, "Arborist, chainsaw"},
-    {"E1005", "Keisha", "L", "Dunmore", "F", 1, "Equipment Operator", 26.5, "Compact tractors"},
-    {"E1006", "Wen", "", "Zhao", "M", 1, "Groundskeeper", 24.0, "Hardscape"},
-    {"E1007", "Zoë", "M", "Lefèvre", "F", 2, "Crew Leader", 35.0,
+    {"E1002", "Marcus", "J", "O'Brien", "Male", 0, "Equipment Operator", 27.0, "Wide-area mowers"},
+    {"E1003", "Priya", "", "Raman", "Female", 0, "Groundskeeper", 24.5, "Turf care"},
+    {"E1004", "Tomás", "A", "Herrera", "Male", 1, "Crew Leader", 33.0, "Arborist, chainsaw"},
+    {"E1005", "Keisha", "L", "Dunmore", "Female", 1, "Equipment Operator", 26.5,
+     "Compact tractors"},
+    {"E1006", "Wen", "", "Zhao", "Male", 1, "Groundskeeper", 24.0, "Hardscape"},
+    {"E1007", "Zoë", "M", "Lefèvre", "Female", 2, "Crew Leader", 35.0,
      "Sports fields, \"line marking\""},
-    {"E1008", "José", "", "Núñez", "M", 2, "Equipment Operator", 27.5, "Mowers, trailers"},
-    {"E1009", "Étienne", "P", "Gagnon", "M", 2, "Groundskeeper", 24.0, "Snow removal"},
-    {"E1010", "Ruth", "A", "McAllister", "F", 3, "Mechanic", 39.0, "Diesel engines, hydraulics"},
-    {"E1011", "Sam", "", "Okafor", "M", 3, "Mechanic", 37.5, "Small engines, welding"},
-    {"E1012", "Lena", "K", "Brandt", "F", 3, "Crew Leader", 41.0, "Fleet planning"},
+    {"E1008", "José", "", "Núñez", "Male", 2, "Equipment Operator", 27.5, "Mowers, trailers"},
+    {"E1009", "Étienne", "P", "Gagnon", "Male", 2, "Groundskeeper", 24.0, "Snow removal"},
+    {"E1010", "Ruth", "A", "McAllister", "Female", 3, "Mechanic", 39.0,
+     "Diesel engines, hydraulics"},
+    {"E1011", "Sam", "", "Okafor", "Male", 3, "Mechanic", 37.5, "Small engines, welding"},
+    {"E1012", "Lena", "K", "Brandt", "Female", 3, "Crew Leader", 41.0, "Fleet planning"},
 };
 
 struct Supplier
@@ -740,7 +742,7 @@ bool DemoFleet::addEmployees()
             item(QStringLiteral("11"), text(site.state)),
             item(QStringLiteral("1"), country),
             text(site.zip),
-            QStringLiteral("555-01%1").arg(between(10, 99)),
+            QStringLiteral("(555) 555-01%1").arg(between(10, 99)),
             email,
             QStringLiteral("DL%1").arg(between(1000000, 9999999)),
             m_siteIds.at(siteIndex),

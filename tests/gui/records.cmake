@@ -10,3 +10,5 @@ tandrill_add_test(tst_indicatorscreen SOURCES ${CMAKE_CURRENT_LIST_DIR}/tst_indi
 # The parts register, the stock check-in and the part picker, wired to their logic.
 tandrill_add_test(tst_partscreens SOURCES ${CMAKE_CURRENT_LIST_DIR}/tst_partscreens.cpp
     LIBS tandrill_gui_inventory GUI BOTH_ENGINES)
+tandrill_add_test(tst_employeescreen SOURCES ${CMAKE_CURRENT_LIST_DIR}/tst_employeescreen.cpp
+    LIBS tandrill_gui_master GUI BOTH_ENGINES)
