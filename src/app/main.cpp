@@ -7,6 +7,8 @@
 #include "MainScreen.h"
 #include "MainScreenshot.h"
 #include "MessageBoxPrompter.h"
+#include "PartQuickFindScreen.h"
+#include "QuickFindScreen.h"
 #include "ReportPreviewScreen.h"
 #include "ScriptedPrompter.h"
 #include "Session.h"
@@ -59,6 +61,15 @@ ScreenCatalogue wireScreens(MainScreen& main, Session& session)
     // The equipment list waits for its filter screen on the menu; the picture shows it whole.
     screens.insert(QStringLiteral("frmReportPreview"),
                    report(QStringLiteral("ShowEquipmentListDetail")));
+    // The navigator's quick finds open the record screen of the choice; until those screens
+    // are wired, the pictures show the look-ups alone.
+    screens.insert(QStringLiteral("frmQuickFind"), [&session, &main] {
+        QuickFindScreen::showQuickFind(session, QStringLiteral("tblEquipment"),
+                                       QStringLiteral("UnitNo"), QStringLiteral("Unit No"),
+                                       QStringLiteral("frmEquipment"), {}, &main);
+    });
+    screens.insert(QStringLiteral("frmPartQuickFind"),
+                   [&session, &main] { PartQuickFindScreen::showPartQuickFind(session, &main); });
     return screens;
 }
 
