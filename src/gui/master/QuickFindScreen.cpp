@@ -94,6 +94,9 @@ void QuickFindScreen::buildControls(const QString& caption)
     m_inactive->setObjectName(QStringLiteral("chkInactive"));
     m_grid = new RecordGrid(this);
     m_grid->setObjectName(QStringLiteral("grdDisplay"));
+    // One line a row, so that a long list shows many rows at once.
+    m_grid->setWordWrap(false);
+    m_grid->verticalHeader()->setDefaultSectionSize(m_grid->fontMetrics().height() + 6);
     auto* select = button(this, "cmdSelect", QStringLiteral("&Select"));
     select->setDefault(true); // Enter on the grid chooses its row
     m_add = button(this, "cmdAdd", QStringLiteral("Add &New"));
