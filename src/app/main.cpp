@@ -13,7 +13,9 @@
 #include "MainScreenshot.h"
 #include "MessageBoxPrompter.h"
 #include "PartManagerScreen.h"
+#include "PartQuickFindScreen.h"
 #include "PartScreen.h"
+#include "QuickFindScreen.h"
 #include "ReportPreviewScreen.h"
 #include "ScriptedPrompter.h"
 #include "Session.h"
@@ -130,6 +132,15 @@ ScreenCatalogue wireScreens(MainScreen& main, Session& session)
     screens.insert(QStringLiteral("frmReportPreview"),
                    report(QStringLiteral("ShowEquipmentListDetail")));
     wireStockScreens(main, session, screens);
+    // The navigator's quick finds open the record screen of the choice; until those screens
+    // are wired, the pictures show the look-ups alone.
+    screens.insert(QStringLiteral("frmQuickFind"), [&session, &main] {
+        QuickFindScreen::showQuickFind(session, QStringLiteral("tblEquipment"),
+                                       QStringLiteral("UnitNo"), QStringLiteral("Unit No"),
+                                       QStringLiteral("frmEquipment"), {}, &main);
+    });
+    screens.insert(QStringLiteral("frmPartQuickFind"),
+                   [&session, &main] { PartQuickFindScreen::showPartQuickFind(session, &main); });
     return screens;
 }
 

@@ -118,6 +118,72 @@ bool seedOptions(QSqlDatabase& db, const QString& version, QString* error)
     return true;
 }
 
+/** A searchable column of a quick find: table, column, caption (the grid's column), kind. */
+struct TableField
+{
+    const char* table;
+    const char* name;
+    const char* caption;
+    const char* type;
+};
+
+// In list order; the captions are the column names of each table's quick find rows.
+const TableField TableFields[] = {
+    {"tblEquipment", "UnitNo", "Unit No", "VARCHAR"},
+    {"tblEquipment", "EquipmentName", "Name", "VARCHAR"},
+    {"tblEquipment", "EquipmentType", "Type", "VARCHAR"},
+    {"tblEquipment", "EquipmentMake", "Make", "VARCHAR"},
+    {"tblEquipment", "EquipmentModel", "Model", "VARCHAR"},
+    {"tblEquipment", "EquipmentSerialNo", "Serial No", "VARCHAR"},
+    {"tblEquipment", "SiteID", "Site", "VARCHAR"},
+    {"tblEquipment", "LocationID", "Location", "VARCHAR"},
+    {"tblEquipment", "CrewID", "Assigned to", "VARCHAR"},
+    {"tblEquipment", "LicenseNo", "License", "VARCHAR"},
+    {"tblPart", "PartID", "Part Number", "VARCHAR"},
+    {"tblPart", "Description", "Description", "VARCHAR"},
+    {"tblPart", "PartCategoryID", "Part Category", "VARCHAR"},
+    {"tblPart", "Quantity", "Qty on Hand", "DECIMAL"},
+    {"tblPart", "Price", "Price", "DECIMAL"},
+    {"tblPart", "SupplierID", "Supplier", "VARCHAR"},
+    {"tblEmployee", "EmployeeID", "Employee Number", "VARCHAR"},
+    {"tblEmployee", "FirstName", "First Name", "VARCHAR"},
+    {"tblEmployee", "Lastname", "Last Name", "VARCHAR"},
+    {"tblEmployee", "City", "City", "VARCHAR"},
+    {"tblEmployee", "Phone", "Phone", "VARCHAR"},
+    {"tblEmployee", "Site", "Site", "VARCHAR"},
+    {"tblEmployee", "Crew", "Crew", "VARCHAR"},
+    {"tblEmployee", "EmpPosition", "Position", "VARCHAR"},
+    {"tblEmployee", "LaborCost", "Labor Cost", "DECIMAL"},
+    {"tblEmployee", "LaborRate", "Labor Rate", "DECIMAL"},
+    {"tblSupplier", "Name", "Name", "VARCHAR"},
+    {"tblSupplier", "Phone", "Phone", "VARCHAR"},
+    {"tblSupplier", "City", "City", "VARCHAR"},
+    {"tblSupplier", "State", "State", "VARCHAR"},
+    {"tblSupplier", "Zip", "Zip", "VARCHAR"},
+    {"tblSupplier", "CreditLimit", "Credit Limit", "DECIMAL"},
+    {"tblSupplier", "ContactName", "Contact Name", "VARCHAR"},
+    {"tblLocation", "LocationName", "LocationName", "VARCHAR"},
+    {"tblLocation", "Description", "Description", "VARCHAR"},
+    {"tblLocation", "Site", "Site", "VARCHAR"},
+};
+
+bool seedTableFields(QSqlDatabase& db, QString* error)
+{
+    QSqlQuery q(db);
+    int rowId = 0;
+    for (const TableField& field : TableFields) {
+        if (!run(q,
+                 QStringLiteral("INSERT INTO tblTableFields (TableName, FieldName, FieldDesc, "
+                                "FieldType, RowID) VALUES (?, ?, ?, ?, ?)"),
+                 {QString::fromLatin1(field.table), QString::fromLatin1(field.name),
+                  QString::fromLatin1(field.caption), QString::fromLatin1(field.type), ++rowId},
+                 error)) {
+            return false;
+        }
+    }
+    return true;
+}
+
 bool writeStore(const Installation& installation, const NewInstallation& request, QString* error)
 {
     Store store(installation.storeFile());
@@ -205,7 +271,8 @@ bool createTables(QSqlDatabase& db, const SqlDialect& dialect, const QString& ch
                   const QString& version, QString* error)
 {
     return Schema::instance().create(db, dialect, error) && seedLists(db, dialect, error) &&
-           seedChief(db, chiefPassword, error) && seedOptions(db, version, error);
+           seedChief(db, chiefPassword, error) && seedOptions(db, version, error) &&
+           seedTableFields(db, error);
 }
 
 bool create(const Installation& installation, const NewInstallation& request, QString* error)

@@ -12,3 +12,5 @@ tandrill_add_test(tst_partscreens SOURCES ${CMAKE_CURRENT_LIST_DIR}/tst_partscre
     LIBS tandrill_gui_inventory GUI BOTH_ENGINES)
 tandrill_add_test(tst_employeescreen SOURCES ${CMAKE_CURRENT_LIST_DIR}/tst_employeescreen.cpp
     LIBS tandrill_gui_master GUI BOTH_ENGINES)
+tandrill_add_test(tst_quickfindscreen SOURCES ${CMAKE_CURRENT_LIST_DIR}/tst_quickfindscreen.cpp
+    LIBS tandrill_gui_master GUI BOTH_ENGINES)
