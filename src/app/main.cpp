@@ -9,6 +9,7 @@
 #include "InventoryCheckInScreen.h"
 #include "LocationScreen.h"
 #include "MainCommandLine.h"
+#include "MainNavigator.h"
 #include "MainScreen.h"
 #include "MainScreenshot.h"
 #include "MessageBoxPrompter.h"
@@ -39,6 +40,7 @@ const QString MainScreenName = QStringLiteral("frmMainScreen");
 
 /** Screens that open by name, for --screenshot; each also opens from its menu entries. */
 using ScreenCatalogue = QHash<QString, MainScreen::Handler>;
+using ShowDetail = QVariant (*)(Session&, RecordScreen::Mode, const QVariant&, QWidget*);
 
 /** The stock screens that are not record screens. */
 void wireStockScreens(MainScreen& main, Session& session, ScreenCatalogue& screens)
@@ -53,6 +55,55 @@ void wireStockScreens(MainScreen& main, Session& session, ScreenCatalogue& scree
 }
 
 /**
+ * The navigator's finders: a quick find, then the record screen on the record
+ * chosen; "Add New" in the quick find opens that screen on a new record.
+ */
+void wireFinders(MainScreen& main, Session& session, ScreenCatalogue& screens)
+{
+    using Finder = std::function<QString(const QuickFindScreen::AddOpener&)>;
+    const auto findThenShow = [&session, &main](Finder find, ShowDetail show) {
+        return [&session, &main, find, show] {
+            const QString key = find([&session, show](QWidget* parent) {
+                show(session, RecordScreen::Mode::Add, {}, parent);
+            });
+            if (!key.isEmpty()) {
+                show(session, RecordScreen::Mode::Browse, key, &main);
+            }
+        };
+    };
+    const auto quickFind = [&session, &main](const char* table, const char* field,
+                                             const char* caption, const char* formName) {
+        return [&session, &main, table, field, caption,
+                formName](const QuickFindScreen::AddOpener& add) {
+            return QuickFindScreen::showQuickFind(
+                session, QString::fromLatin1(table), QString::fromLatin1(field),
+                QString::fromLatin1(caption), QString::fromLatin1(formName), {}, &main, add);
+        };
+    };
+    main.setNavigatorHandler(
+        MainNavigator::Suppliers,
+        findThenShow(quickFind("tblSupplier", "Name", "Supplier Name", "frmSupplier"),
+                     &SupplierScreen::showSupplierDetail));
+    main.setNavigatorHandler(
+        MainNavigator::Employees,
+        findThenShow(quickFind("tblEmployee", "EmployeeID", "Employee Number", "frmEmployee"),
+                     &EmployeeScreen::showEmployeeDetail));
+    main.setNavigatorHandler(MainNavigator::PartInventory,
+                             findThenShow(
+                                 [&session, &main](const QuickFindScreen::AddOpener& add) {
+                                     return PartQuickFindScreen::showPartQuickFind(session, &main,
+                                                                                   add);
+                                 },
+                                 &PartScreen::showPartDetail));
+    // Equipment has no record screen yet: its finder is pictured, not on the navigator.
+    screens.insert(
+        QStringLiteral("frmQuickFind"),
+        [find = quickFind("tblEquipment", "UnitNo", "Unit No", "frmEquipment")] { find({}); });
+    screens.insert(QStringLiteral("frmPartQuickFind"),
+                   [&session, &main] { PartQuickFindScreen::showPartQuickFind(session, &main); });
+}
+
+/**
  * Wires the menu and the navigator to the screens of the other libraries.
  * Each screen goes in twice: main.setHandler("mnuX", opener) for its menu
  * entry (main.setNavigatorHandler(i, opener) for a navigator entry), and
@@ -62,7 +113,6 @@ void wireStockScreens(MainScreen& main, Session& session, ScreenCatalogue& scree
 ScreenCatalogue wireScreens(MainScreen& main, Session& session)
 {
     ScreenCatalogue screens;
-    using ShowDetail = QVariant (*)(Session&, RecordScreen::Mode, const QVariant&, QWidget*);
     const auto opener = [&session](ShowDetail show, RecordScreen::Mode mode) {
         return [&session, show, mode](QWidget* parent) { show(session, mode, 0, parent); };
     };
@@ -132,15 +182,7 @@ ScreenCatalogue wireScreens(MainScreen& main, Session& session)
     screens.insert(QStringLiteral("frmReportPreview"),
                    report(QStringLiteral("ShowEquipmentListDetail")));
     wireStockScreens(main, session, screens);
-    // The navigator's quick finds open the record screen of the choice; until those screens
-    // are wired, the pictures show the look-ups alone.
-    screens.insert(QStringLiteral("frmQuickFind"), [&session, &main] {
-        QuickFindScreen::showQuickFind(session, QStringLiteral("tblEquipment"),
-                                       QStringLiteral("UnitNo"), QStringLiteral("Unit No"),
-                                       QStringLiteral("frmEquipment"), {}, &main);
-    });
-    screens.insert(QStringLiteral("frmPartQuickFind"),
-                   [&session, &main] { PartQuickFindScreen::showPartQuickFind(session, &main); });
+    wireFinders(main, session, screens);
     return screens;
 }
 

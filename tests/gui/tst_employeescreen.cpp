@@ -40,6 +40,12 @@ private slots:
                 states.append(QString::number(state->count()) + state->itemText(1));
             }
             state->setCurrentIndex(1);
+            // The state list's button opens the states under the chosen country.
+            onModal("frmIndicator", [&](QWidget* lookup) {
+                states.append(child<QComboBox>(*lookup, "cboParentType")->currentText());
+                click(*lookup, "cmdExit");
+            });
+            click(*screen, "cmdState");
             perform(*screen, t.prompter(),
                     u"cmdUpdate|txtFirstName+x|cmdCancel|txtEmployeeID=E3|cmdUpdate"_s,
                     "grdEmployee");
@@ -48,7 +54,7 @@ private slots:
         });
         QCOMPARE(EmployeeScreen::showEmployeeDetail(t.session(), RecordScreen::Mode::Add, u"E1"_s),
                  QVariant(u"E3"_s));
-        QCOMPARE(states, (QStringList{u"2Maule"_s, u"2Ontario"_s, u"BobOntario"_s}));
+        QCOMPARE(states, (QStringList{u"2Maule"_s, u"2Ontario"_s, u"Canada"_s, u"BobOntario"_s}));
         QCOMPARE(t.prompter().texts(),
                  (QStringList{MessageTexts::notBlank(u"Employee Number"_s),
                               MessageTexts::notBlank(u"Employee's first name"_s),

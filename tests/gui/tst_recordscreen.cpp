@@ -64,7 +64,24 @@ public:
         setUniqueField(unit, u"UnitNo"_s, false, TakenMessage);
         setActionRights(UserRights::EqAdd, UserRights::EqMod, UserRights::EqDel);
         connect(parts, &QTableWidget::itemChanged, this, &MachineScreen::onPartChanged);
+        // The type list's screen adds an item; the finder always chooses the third machine.
+        const auto loadTypes = [this, type] {
+            LookupCombo::loadItemWithId(type,
+                                        DataHelpers::indicatorInfo(this->session(), 1, true, true),
+                                        u"ItemID"_s, u"ItemName"_s, true);
+        };
+        setListButton(
+            field(new QPushButton(this), "cmdType"), type,
+            [this](qint64 chosen) {
+                listOpenedWith = chosen;
+                QSqlQuery(this->session().db())
+                    .exec(u"INSERT INTO tblIndicator (ParentId, ItemName) VALUES (1, 'Tractor')"_s);
+            },
+            loadTypes);
+        setQuickFind([] { return u"3"_s; });
     }
+
+    qint64 listOpenedWith = -1;
 
 protected:
     Rows loadRecords() override
@@ -255,6 +272,24 @@ private slots:
         quantity->setText(u"9"_s);
         QVERIFY(!screen.isEditing());
         QCOMPARE(committed(t.session(), parts), u"2"_s); // the revert took the 7 back too
+    }
+
+    void listButtonAndQuickFind()
+    {
+        TANDRILL_INSTALLATION(t);
+        setUp(t, {});
+        run(t.session(), u"INSERT INTO tblIndicator (ParentId, ItemName) VALUES (1, 'Mower')"_s);
+        MachineScreen screen(t.session());
+        screen.show();
+        click(screen, "cmdQFind");
+        QCOMPARE(text(screen, "txtUnitNo"), u"U30"_s);
+        auto* type = child<QComboBox>(screen, "cboType");
+        type->setCurrentIndex(1);
+        click(screen, "cmdType");
+        QCOMPARE(screen.listOpenedWith, 18);
+        QCOMPARE(type->count(), 3); // reloaded with the new item, the choice kept
+        QCOMPARE(type->currentText(), u"Mower"_s);
+        QCOMPARE(screen.modeText(), u"M"_s);
     }
 
     void reopenedWhereItWasAndStartedAsAsked()

@@ -17,6 +17,17 @@ class MainNavigator : public QFrame
 
 public:
     static constexpr int EntryCount = 8;
+    /** The entries by index: the index of the lblQuickMenu_i pair. */
+    enum Entry {
+        WorkOrders,
+        Equipment,
+        Services,
+        Suppliers,
+        Employees,
+        PartInventory,
+        Reports,
+        Help
+    };
 
     explicit MainNavigator(QWidget* parent = nullptr);
 

@@ -4,6 +4,7 @@
 #include "FormPlacement.h"
 #include "GridSettings.h"
 #include "HelpWindow.h"
+#include "LookupCombo.h"
 #include "MessageTexts.h"
 #include "Prompter.h"
 #include "RecordGrid.h"
@@ -165,8 +166,13 @@ void RecordScreen::setControls(const Controls& controls)
     connectButton(controls.last, &RecordScreen::onLast);
     if (controls.quickFind) {
         connect(controls.quickFind, &QPushButton::clicked, this, [this] {
-            if (m_quickFind && !isEditing()) {
-                m_quickFind();
+            if (!m_quickFind || isEditing()) {
+                return;
+            }
+            // The finder answers the key of the chosen record, or nothing when left without one.
+            const QString key = m_quickFind();
+            if (!key.isEmpty()) {
+                refreshRecordSet(key);
             }
         });
     }
@@ -316,6 +322,21 @@ void RecordScreen::setFieldQuietly(const std::function<void()>& change)
     ++m_quiet;
     const auto restore = qScopeGuard([this] { --m_quiet; });
     change();
+}
+
+void RecordScreen::setListButton(QPushButton* button, QComboBox* list,
+                                 std::function<void(qint64)> open, std::function<void()> reload)
+{
+    button->setEnabled(true);
+    connect(button, &QPushButton::clicked, this,
+            [this, list, open = std::move(open), reload = std::move(reload)] {
+                const qint64 chosen = LookupCombo::currentId(list);
+                open(chosen);
+                setFieldQuietly([&] {
+                    reload();
+                    LookupCombo::selectId(list, chosen);
+                });
+            });
 }
 
 void RecordScreen::focusFirstField()

@@ -11,6 +11,7 @@
 #include <memory>
 #include <optional>
 
+class QComboBox;
 class QLayout;
 class QLineEdit;
 class QPushButton;
@@ -134,8 +135,18 @@ protected:
      */
     void setActionRights(UserRights::Right add, UserRights::Right modify, UserRights::Right remove);
 
-    /** What cmdQFind does; without one the button stays disabled. */
-    void setQuickFind(std::function<void()> handler) { m_quickFind = std::move(handler); }
+    /**
+     * Makes a list's small button open the screen that keeps the list's items,
+     * given the key chosen in the list, then reload the list and keep its choice.
+     */
+    void setListButton(QPushButton* button, QComboBox* list, std::function<void(qint64)> open,
+                       std::function<void()> reload);
+
+    /**
+     * What cmdQFind does: finder answers the key of the record to show, or empty
+     * text when the user left without a choice. Without one the button stays disabled.
+     */
+    void setQuickFind(std::function<QString()> finder) { m_quickFind = std::move(finder); }
 
     /**
      * Starts a modify edit for a change the screen makes itself, such as a
@@ -223,7 +234,7 @@ private:
     Controls m_controls;
     FieldBindings m_bindings;
     Unique m_unique;
-    std::function<void()> m_quickFind;
+    std::function<QString()> m_quickFind;
     std::optional<std::array<UserRights::Right, 3>> m_rights;
     std::unique_ptr<Transaction> m_edit;
     Mode m_mode = Mode::Browse;

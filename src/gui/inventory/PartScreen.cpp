@@ -1,10 +1,14 @@
 #include "PartScreen.h"
 
 #include "FormPlacement.h"
+#include "IndicatorScreen.h"
 #include "LookupCombo.h"
+#include "PartQuickFindScreen.h"
 #include "Prompter.h"
 #include "RecordGrid.h"
+#include "ScreenFields.h"
 #include "Session.h"
+#include "SupplierScreen.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -36,11 +40,9 @@ QLabel* label(QWidget* parent, const char* name, const QString& text)
     return result;
 }
 
-/** A list with the button that opens the screen keeping it; that screen comes later. */
+/** A list with the button that opens the screen keeping its items. */
 QHBoxLayout* listWithButton(QComboBox* list, QPushButton* button)
 {
-    button->setText(QStringLiteral("..."));
-    button->setEnabled(false);
     auto* row = new QHBoxLayout;
     row->addWidget(list, 1);
     row->addWidget(button);
@@ -89,6 +91,7 @@ PartScreen::PartScreen(Session& session, QWidget* parent)
     connect(m_number, &QLineEdit::editingFinished, this, &PartScreen::warnNumberInUse);
     connect(m_notTracked, &QCheckBox::toggled, this,
             [this](bool notTracked) { showStockRows(!notTracked); });
+    setQuickFind([this] { return PartQuickFindScreen::showPartQuickFind(this->session(), this); });
     resize(6810 / FormPlacement::TwipsPerPixel, 6735 / FormPlacement::TwipsPerPixel);
 }
 
@@ -107,16 +110,14 @@ QFormLayout* PartScreen::buildFields()
     m_number = named<QLineEdit>(this, "txtPartID");
     m_description = named<QLineEdit>(this, "txtDescription");
     m_category = named<QComboBox>(this, "cboCategory");
-    LookupCombo::loadItemWithId(m_category, m_manager.categories(), QStringLiteral("ItemID"),
-                                QStringLiteral("ItemName"), true);
+    loadCategories();
     m_quantity = numberBox("txtQuantity");
     m_committed = label(this, "lblPartCommitedData", QString());
     m_max = numberBox("txtMax");
     m_min = numberBox("txtMin");
     m_price = numberBox("txtPrice");
     m_supplier = named<QComboBox>(this, "cboSupplier");
-    LookupCombo::loadItemWithId(m_supplier, m_manager.suppliers(), QStringLiteral("SupplierID"),
-                                QStringLiteral("Name"), true);
+    loadSuppliers();
     m_inactive = named<QCheckBox>(this, "chkInactive");
     m_inactive->setText(QStringLiteral("Inactive"));
     m_notTracked = named<QCheckBox>(this, "chkNotTrackInventory");
@@ -137,19 +138,44 @@ QFormLayout* PartScreen::buildFields()
     m_form = new QFormLayout;
     m_form->addRow(label(this, "lblPartNumber", QStringLiteral("Part Number")), m_number);
     m_form->addRow(label(this, "lblDescription", QStringLiteral("Description")), m_description);
-    m_form->addRow(QStringLiteral("Category"),
-                   listWithButton(m_category, named<QPushButton>(this, "cmdPartCategory")));
+    auto* categories = ScreenFields::listButton(this, "cmdPartCategory");
+    m_form->addRow(QStringLiteral("Category"), listWithButton(m_category, categories));
+    setListButton(
+        categories, m_category,
+        [this](qint64 chosen) {
+            IndicatorScreen::showIndicatorDetail(session(), IndicatorList::PartCategory, chosen, {},
+                                                 false, this);
+        },
+        [this] { loadCategories(); });
     m_form->addRow(label(this, "lblQuantity", QStringLiteral("Qty on Hand")), m_quantity);
     m_form->addRow(label(this, "lblPartCommited", QStringLiteral("Part Commited")), m_committed);
     m_form->addRow(label(this, "lblReorder", QStringLiteral("Reorder")), reorder);
     m_form->addRow(QStringLiteral("Price"), m_price);
-    m_form->addRow(QStringLiteral("Supplier"),
-                   listWithButton(m_supplier, named<QPushButton>(this, "cmdSupplier")));
+    auto* suppliers = ScreenFields::listButton(this, "cmdSupplier");
+    m_form->addRow(QStringLiteral("Supplier"), listWithButton(m_supplier, suppliers));
+    setListButton(
+        suppliers, m_supplier,
+        [this](qint64 chosen) {
+            SupplierScreen::showSupplierDetail(session(), Mode::Browse, chosen, this);
+        },
+        [this] { loadSuppliers(); });
     m_form->addRow(QStringLiteral("Bin"), named<QLineEdit>(this, "txtBin"));
     m_form->addRow(QStringLiteral("Bar Code"), named<QLineEdit>(this, "txtBarCode"));
     m_form->addRow(QString(), flags);
     m_form->addRow(QStringLiteral("Notes"), named<QPlainTextEdit>(this, "txtNotes"));
     return m_form;
+}
+
+void PartScreen::loadCategories()
+{
+    LookupCombo::loadItemWithId(m_category, m_manager.categories(), QStringLiteral("ItemID"),
+                                QStringLiteral("ItemName"), true);
+}
+
+void PartScreen::loadSuppliers()
+{
+    LookupCombo::loadItemWithId(m_supplier, m_manager.suppliers(), QStringLiteral("SupplierID"),
+                                QStringLiteral("Name"), true);
 }
 
 void PartScreen::bindFields()

@@ -38,6 +38,8 @@ protected:
 private:
     QLineEdit* numberBox(const char* name);
     QFormLayout* buildFields();
+    void loadCategories();
+    void loadSuppliers();
     void bindFields();
     void showNumbers(const QString& max);
     void formatNumber(QLineEdit* box);

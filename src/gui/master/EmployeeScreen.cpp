@@ -3,9 +3,13 @@
 #include "CrewScreen.h"
 #include "DateBox.h"
 #include "FormPlacement.h"
+#include "IndicatorScreen.h"
 #include "LookupCombo.h"
+#include "QuickFindScreen.h"
 #include "RecordGrid.h"
+#include "ScreenFields.h"
 #include "Session.h"
+#include "SiteScreen.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -20,9 +24,6 @@ namespace {
 const QString KeyField = QStringLiteral("EmployeeID");
 // The mask whose empty form is EmployeeManager::EmptyPhone: area, exchange, up to twelve more.
 const QString PhoneMask = QStringLiteral("(999) 999-999999999999; ");
-constexpr qint64 CountryList = 1;
-constexpr qint64 PositionList = 3;
-constexpr qint64 NoParent = -1; // no item hangs under it: the empty state list
 
 /** A field with the list's button beside it. */
 QHBoxLayout* withButton(QWidget* field, QPushButton* button)
@@ -56,6 +57,11 @@ EmployeeScreen::EmployeeScreen(Session& session, QWidget* parent)
     setUniqueField(m_id, KeyField, false,
                    QStringLiteral("Employee Number you specified already exists. Please enter a "
                                   "different Employee Number."));
+    setQuickFind([this] {
+        return QuickFindScreen::showQuickFind(this->session(), QStringLiteral("tblEmployee"),
+                                              KeyField, QStringLiteral("Employee Number"),
+                                              objectName(), {}, this);
+    });
     resize(9900 / FormPlacement::TwipsPerPixel, 6840 / FormPlacement::TwipsPerPixel);
 }
 
@@ -96,9 +102,11 @@ QLayout* EmployeeScreen::buildFields()
     left->addRow(QStringLiteral("&City"),
                  addLine("txtCity", QStringLiteral("City"), &m_employee.city));
     m_country = addList("cboCountry", QStringLiteral("Country"), &m_employee.country);
-    left->addRow(QStringLiteral("Country"), withButton(m_country, listButton("cmdCountry")));
+    QPushButton* countries = ScreenFields::listButton(this, "cmdCountry");
+    left->addRow(QStringLiteral("Country"), withButton(m_country, countries));
     m_state = addList("cboState", QStringLiteral("State"), &m_employee.state);
-    left->addRow(QStringLiteral("State"), withButton(m_state, listButton("cmdState")));
+    QPushButton* states = ScreenFields::listButton(this, "cmdState");
+    left->addRow(QStringLiteral("State"), withButton(m_state, states));
     left->addRow(QStringLiteral("&Zip"), addLine("txtZip", QStringLiteral("Zip"), &m_employee.zip));
     left->addRow(QStringLiteral("&Phone"),
                  m_phone = addPhone("txtPhone", QStringLiteral("Phone"), &m_employee.phone));
@@ -113,14 +121,16 @@ QLayout* EmployeeScreen::buildFields()
     right->addRow(QStringLiteral("License No"),
                   addLine("txtLicenseNo", QStringLiteral("LicenseNo"), &m_employee.licenseNo));
     m_site = addList("cboSite", QStringLiteral("Site"), &m_employee.site);
-    right->addRow(QStringLiteral("Site"), withButton(m_site, listButton("cmdSite")));
+    QPushButton* sites = ScreenFields::listButton(this, "cmdSite");
+    right->addRow(QStringLiteral("Site"), withButton(m_site, sites));
     right->addRow(QStringLiteral("Skills"),
                   addLine("txtSkills", QStringLiteral("Skills"), &m_employee.skills));
     m_crew = addList("cboCrew", QStringLiteral("Crew"), &m_employee.crew);
-    QPushButton* crews = listButton("cmdCrew");
+    QPushButton* crews = ScreenFields::listButton(this, "cmdCrew");
     right->addRow(QStringLiteral("Crew"), withButton(m_crew, crews));
     m_position = addList("cboPosition", QStringLiteral("EmpPosition"), &m_employee.position);
-    right->addRow(QStringLiteral("Position"), withButton(m_position, listButton("cmdPosition")));
+    QPushButton* positions = ScreenFields::listButton(this, "cmdPosition");
+    right->addRow(QStringLiteral("Position"), withButton(m_position, positions));
     right->addRow(QStringLiteral("Labor Cost"),
                   addMoney("txtLaborCost", QStringLiteral("LaborCost"), &m_employee.laborCost,
                            QStringLiteral("Labor Cost")));
@@ -136,9 +146,7 @@ QLayout* EmployeeScreen::buildFields()
         bindField(box, QString::fromLatin1(column), member);
         right->addRow(QString(), box);
     }
-    // Site and the lookup lists keep their buttons disabled until their screens are wired.
-    crews->setEnabled(true);
-    connect(crews, &QPushButton::clicked, this, &EmployeeScreen::openCrews);
+    wireListButtons(countries, states, sites, crews, positions);
     connect(m_country, &QComboBox::currentIndexChanged, this, &EmployeeScreen::loadStates);
     loadLists();
     auto* columns = new QHBoxLayout;
@@ -184,48 +192,67 @@ QLineEdit* EmployeeScreen::addPhone(const char* name, const QString& column, QSt
     return edit;
 }
 
-QPushButton* EmployeeScreen::listButton(const char* name)
-{
-    auto* button = new QPushButton(QStringLiteral("..."), this);
-    button->setObjectName(QString::fromLatin1(name));
-    button->setEnabled(false);
-    return button;
-}
-
 void EmployeeScreen::loadLists()
 {
-    Session& s = session();
-    const QString id = QStringLiteral("ItemID");
-    const QString name = QStringLiteral("ItemName");
-    LookupCombo::loadItemWithId(m_country, DataHelpers::indicatorInfo(s, CountryList, true, true),
-                                id, name, true);
-    LookupCombo::loadItemWithId(m_position, DataHelpers::indicatorInfo(s, PositionList, true, true),
-                                id, name, true);
-    LookupCombo::loadItemWithId(m_site, m_manager.siteInfo(), QStringLiteral("SiteID"),
-                                QStringLiteral("SiteName"), true);
-    LookupCombo::loadItemWithId(m_crew, m_manager.crewInfo(), QStringLiteral("CrewID"),
-                                QStringLiteral("CrewNumber"), true);
+    loadIndicators(m_country, IndicatorList::Country);
+    loadIndicators(m_position, IndicatorList::EmployeePosition);
+    loadSites();
+    loadCrews();
     loadStates();
+}
+
+void EmployeeScreen::loadIndicators(QComboBox* list, qint64 parent)
+{
+    LookupCombo::loadItemWithId(list, DataHelpers::indicatorInfo(session(), parent, true, true),
+                                QStringLiteral("ItemID"), QStringLiteral("ItemName"), true);
 }
 
 void EmployeeScreen::loadStates()
 {
     const qint64 country = LookupCombo::currentId(m_country);
-    LookupCombo::loadItemWithId(
-        m_state,
-        DataHelpers::indicatorInfo(session(), country == 0 ? NoParent : country, true, true),
-        QStringLiteral("ItemID"), QStringLiteral("ItemName"), true);
+    loadIndicators(m_state, country == 0 ? IndicatorList::NoParent : country);
 }
 
-void EmployeeScreen::openCrews()
+void EmployeeScreen::loadSites()
 {
-    const qint64 chosen = LookupCombo::currentId(m_crew);
-    CrewScreen::showCrewDetail(session(), Mode::Browse, chosen, this);
-    setFieldQuietly([&] {
-        LookupCombo::loadItemWithId(m_crew, m_manager.crewInfo(), QStringLiteral("CrewID"),
-                                    QStringLiteral("CrewNumber"), true);
-        LookupCombo::selectId(m_crew, chosen);
-    });
+    LookupCombo::loadItemWithId(m_site, m_manager.siteInfo(), QStringLiteral("SiteID"),
+                                QStringLiteral("SiteName"), true);
+}
+
+void EmployeeScreen::loadCrews()
+{
+    LookupCombo::loadItemWithId(m_crew, m_manager.crewInfo(), QStringLiteral("CrewID"),
+                                QStringLiteral("CrewNumber"), true);
+}
+
+void EmployeeScreen::wireListButtons(QPushButton* countries, QPushButton* states,
+                                     QPushButton* sites, QPushButton* crews, QPushButton* positions)
+{
+    const auto indicators = [this](qint64 list, QComboBox* parent = nullptr) {
+        return [this, list, parent](qint64 chosen) {
+            const qint64 parentItem = parent ? LookupCombo::currentId(parent) : 0;
+            IndicatorScreen::showIndicatorDetail(session(), int(list), chosen, parentItem, false,
+                                                 this);
+        };
+    };
+    setListButton(countries, m_country, indicators(IndicatorList::Country),
+                  [this] { loadIndicators(m_country, IndicatorList::Country); });
+    setListButton(states, m_state, indicators(IndicatorList::State, m_country),
+                  [this] { loadStates(); });
+    setListButton(positions, m_position, indicators(IndicatorList::EmployeePosition),
+                  [this] { loadIndicators(m_position, IndicatorList::EmployeePosition); });
+    setListButton(
+        sites, m_site,
+        [this](qint64 chosen) {
+            SiteScreen::showSiteDetail(session(), Mode::Browse, chosen, this);
+        },
+        [this] { loadSites(); });
+    setListButton(
+        crews, m_crew,
+        [this](qint64 chosen) {
+            CrewScreen::showCrewDetail(session(), Mode::Browse, chosen, this);
+        },
+        [this] { loadCrews(); });
 }
 
 Rows EmployeeScreen::loadRecords()

@@ -38,10 +38,13 @@ private:
     QLineEdit* addMoney(const char* name, const QString& column, double* member,
                         const QString& caption);
     QLineEdit* addPhone(const char* name, const QString& column, QString* member);
-    QPushButton* listButton(const char* name);
     void loadLists();
+    void loadIndicators(QComboBox* list, qint64 parent);
     void loadStates();
-    void openCrews();
+    void loadSites();
+    void loadCrews();
+    void wireListButtons(QPushButton* countries, QPushButton* states, QPushButton* sites,
+                         QPushButton* crews, QPushButton* positions);
 
     EmployeeManager m_manager;
     Employee m_employee;

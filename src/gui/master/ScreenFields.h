@@ -26,12 +26,12 @@ inline QComboBox* comboBox(QWidget* parent, const char* name)
     return combo;
 }
 
-/** A button whose target is not part of this screen's library: disabled until one is given. */
-inline QPushButton* pendingButton(QWidget* parent, const char* name, const QString& caption)
+/** The small button beside a list that opens the screen keeping the list's items. */
+inline QPushButton* listButton(QWidget* parent, const char* name)
 {
-    auto* button = new QPushButton(caption, parent);
+    auto* button = new QPushButton(QStringLiteral("..."), parent);
     button->setObjectName(QString::fromLatin1(name));
-    button->setEnabled(false);
+    button->setMaximumWidth(button->fontMetrics().horizontalAdvance(button->text()) * 3);
     return button;
 }
 

@@ -1,6 +1,7 @@
 #include "SiteScreen.h"
 
 #include "FormPlacement.h"
+#include "IndicatorScreen.h"
 #include "LookupCombo.h"
 #include "RecordGrid.h"
 #include "ScreenFields.h"
@@ -26,12 +27,23 @@ SiteScreen::SiteScreen(Session& session, QWidget* parent)
     QLineEdit* address = lineEdit(this, "txtAddress", 100);
     QLineEdit* city = lineEdit(this, "txtCity", 50);
     QComboBox* state = comboBox(this, "cboState");
-    LookupCombo::loadItemWithId(state, m_manager.states(), QStringLiteral("ItemID"),
-                                QStringLiteral("ItemName"), true);
+    const auto loadStates = [this, state] {
+        LookupCombo::loadItemWithId(state, m_manager.states(), QStringLiteral("ItemID"),
+                                    QStringLiteral("ItemName"), true);
+    };
+    loadStates();
     QLineEdit* zip = lineEdit(this, "txtZip", 20);
     auto* stateRow = new QHBoxLayout;
     stateRow->addWidget(state, 1);
-    stateRow->addWidget(pendingButton(this, "cmdState", QStringLiteral("...")));
+    QPushButton* stateButton = listButton(this, "cmdState");
+    stateRow->addWidget(stateButton);
+    setListButton(
+        stateButton, state,
+        [this](qint64 stateId) {
+            IndicatorScreen::showIndicatorDetail(this->session(), IndicatorList::State, stateId, {},
+                                                 false, this);
+        },
+        loadStates);
     auto* fields = new QFormLayout;
     fields->addRow(QStringLiteral("Site &Name"), name);
     fields->addRow(QStringLiteral("&Address"), address);

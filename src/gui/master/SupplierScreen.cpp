@@ -1,8 +1,10 @@
 #include "SupplierScreen.h"
 
 #include "FormPlacement.h"
+#include "IndicatorScreen.h"
 #include "LookupCombo.h"
 #include "MessageTexts.h"
+#include "QuickFindScreen.h"
 #include "RecordGrid.h"
 #include "ScreenFields.h"
 
@@ -41,6 +43,11 @@ SupplierScreen::SupplierScreen(Session& session, QWidget* parent)
     setStandardLayout(fields, grid);
     setUniqueField(m_supplierId, SupplierIdField, true,
                    MessageTexts::unique(QStringLiteral("Supplier ID")));
+    setQuickFind([this] {
+        return QuickFindScreen::showQuickFind(
+            this->session(), QStringLiteral("tblSupplier"), QStringLiteral("Name"),
+            QStringLiteral("Supplier Name"), objectName(), {}, this);
+    });
     resize(9990 / FormPlacement::TwipsPerPixel, 6270 / FormPlacement::TwipsPerPixel);
 }
 
@@ -88,10 +95,21 @@ QLayout* SupplierScreen::buildFields()
           &m_supplier.address2);
     place(QStringLiteral("City"), line("txtCity", 50), QStringLiteral("City"), &m_supplier.city);
     QComboBox* state = comboBox(this, "cboState");
-    LookupCombo::loadItemWithId(state, m_manager.states(), QStringLiteral("ItemID"),
-                                QStringLiteral("ItemName"), true);
+    const auto loadStates = [this, state] {
+        LookupCombo::loadItemWithId(state, m_manager.states(), QStringLiteral("ItemID"),
+                                    QStringLiteral("ItemName"), true);
+    };
+    loadStates();
+    QPushButton* stateButton = listButton(this, "cmdState");
     place(QStringLiteral("State"), state, QStringLiteral("State"), &m_supplier.state,
-          FieldBindings::None, pendingButton(this, "cmdState", QStringLiteral("...")));
+          FieldBindings::None, stateButton);
+    setListButton(
+        stateButton, state,
+        [this](qint64 stateId) {
+            IndicatorScreen::showIndicatorDetail(this->session(), IndicatorList::State, stateId, {},
+                                                 false, this);
+        },
+        loadStates);
     place(QStringLiteral("Zip"), line("txtZip", 20), QStringLiteral("Zip"), &m_supplier.zip);
     for (const auto& [caption, name, column, member] :
          {std::tuple{"Phone", "txtPhone", "Phone", &m_supplier.phone},
