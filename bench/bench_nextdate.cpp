@@ -1,12 +1,10 @@
 // How the next-date calculation scales over a large fleet, measured against
 // the cheapest possible work per service row: reading that row by its key.
 
-#include "DataFile.h"
+#include "BenchInstallation.h"
 #include "DataHelpers.h"
 #include "NextDateCalculator.h"
 #include "Options.h"
-#include "ScriptedPrompter.h"
-#include "Session.h"
 #include "Sql.h"
 #include "SqlValue.h"
 #include "Transaction.h"
@@ -14,7 +12,6 @@
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QSqlQuery>
-#include <QTemporaryDir>
 #include <QTextStream>
 
 namespace {
@@ -124,23 +121,14 @@ qint64 timeCalculator(Session& session, const Fleet& fleet)
 int main(int argc, char** argv)
 {
     QCoreApplication app(argc, argv);
-    const int machines = argc > 1 ? QString::fromLocal8Bit(argv[1]).toInt() : 10000;
-    QTemporaryDir dir;
-    const Installation installation(dir.path());
+    const int machines = machinesAsked(argc, argv);
+    BenchInstallation bench;
     QString error;
-    DataFile::NewInstallation request{
-        {}, QStringLiteral("bench"), QStringLiteral(TANDRILL_VERSION)};
-    if (!DataFile::create(installation, request, &error)) {
+    if (!bench.open(&error)) {
         out << error << Qt::endl;
         return 1;
     }
-    ScriptedPrompter prompter;
-    Session session(installation, prompter);
-    DatabaseError dbError;
-    if (!session.loadStore(&error) || !session.openDatabase(&dbError)) {
-        out << error << dbError.text << Qt::endl;
-        return 1;
-    }
+    Session& session = bench.session();
     session.clock().setToday(QDate(2025, 3, 1));
 
     QElapsedTimer build;

@@ -2,18 +2,14 @@
 // the engine's own floor for the same rows: reading the table's columns plainly, and one
 // prefix query per keystroke, which the search in memory replaces.
 
-#include "DataFile.h"
-#include "Installation.h"
+#include "BenchInstallation.h"
 #include "QuickFind.h"
-#include "ScriptedPrompter.h"
-#include "Session.h"
 #include "Sql.h"
 #include "Transaction.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QSqlQuery>
-#include <QTemporaryDir>
 #include <QTextStream>
 
 namespace {
@@ -95,23 +91,14 @@ QString ratio(qint64 a, qint64 b)
 int main(int argc, char** argv)
 {
     QCoreApplication app(argc, argv);
-    const int machines = argc > 1 ? QString::fromLocal8Bit(argv[1]).toInt() : 10000;
-    QTemporaryDir dir;
-    const Installation installation(dir.path());
+    const int machines = machinesAsked(argc, argv);
+    BenchInstallation bench;
     QString error;
-    DataFile::NewInstallation request{
-        {}, QStringLiteral("bench"), QStringLiteral(TANDRILL_VERSION)};
-    if (!DataFile::create(installation, request, &error)) {
+    if (!bench.open(&error)) {
         out << error << Qt::endl;
         return 1;
     }
-    ScriptedPrompter prompter;
-    Session session(installation, prompter);
-    DatabaseError dbError;
-    if (!session.loadStore(&error) || !session.openDatabase(&dbError)) {
-        out << error << dbError.text << Qt::endl;
-        return 1;
-    }
+    Session& session = bench.session();
     makeFleet(session, machines);
 
     timePlainRead(session); // warms the engine's cache for both reads

@@ -2,13 +2,11 @@
 // the cheapest possible work on the same rows: running its query and reading
 // every value.
 
-#include "DataFile.h"
+#include "BenchInstallation.h"
 #include "LayoutFiles.h"
 #include "ReportCatalogue.h"
 #include "ReportExport.h"
 #include "ReportRunner.h"
-#include "ScriptedPrompter.h"
-#include "Session.h"
 #include "Sql.h"
 #include "Transaction.h"
 
@@ -16,7 +14,6 @@
 #include <QGuiApplication>
 #include <QSqlQuery>
 #include <QSqlRecord>
-#include <QTemporaryDir>
 #include <QTextStream>
 
 namespace {
@@ -70,19 +67,13 @@ int main(int argc, char** argv)
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
     QGuiApplication app(argc, argv);
-    const int machines = argc > 1 ? QString::fromLocal8Bit(argv[1]).toInt() : 10000;
-    QTemporaryDir dir;
-    const Installation installation(dir.path());
+    const int machines = machinesAsked(argc, argv);
+    BenchInstallation bench;
+    Session& session = bench.session();
     QString error;
-    DataFile::NewInstallation request{
-        {}, QStringLiteral("bench"), QStringLiteral(TANDRILL_VERSION)};
-    ScriptedPrompter prompter;
-    Session session(installation, prompter);
-    DatabaseError dbError;
-    if (!DataFile::create(installation, request, &error) ||
-        !LayoutFiles::installStandard(installation, &error) || !session.loadStore(&error) ||
-        !session.openDatabase(&dbError) || !makeFleet(session, machines)) {
-        out << "cannot prepare: " << error << dbError.text << Qt::endl;
+    if (!bench.open(&error) || !LayoutFiles::installStandard(bench.installation(), &error) ||
+        !makeFleet(session, machines)) {
+        out << "cannot prepare: " << error << Qt::endl;
         return 1;
     }
     const ReportDefinition& report = *ReportCatalogue::find(QStringLiteral("rptEquipmentList"));
@@ -93,13 +84,13 @@ int main(int argc, char** argv)
     timer.start();
     qint64 bound = 0;
     int pages = 0;
-    const QString pdf = dir.filePath(QStringLiteral("equipment.pdf"));
+    const QString pdf = bench.filePath(QStringLiteral("equipment.pdf"));
     ReportRunner runner(session, [&](ReportDocument& document) {
         bound = timer.nsecsElapsed();
         ReportExport::writePdf(document, pdf, &error, [&pages](int, int all) { pages = all; });
     });
     if (!runner.show(report)) {
-        out << "the report did not run: " << prompter.texts().join(u' ') << Qt::endl;
+        out << "the report did not run: " << bench.prompter().texts().join(u' ') << Qt::endl;
         return 1;
     }
     const qint64 total = timer.nsecsElapsed();

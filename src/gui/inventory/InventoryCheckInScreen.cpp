@@ -2,6 +2,7 @@
 
 #include "FormPlacement.h"
 #include "NumberCellDelegate.h"
+#include "StockWidgets.h"
 
 #include <QCheckBox>
 #include <QHBoxLayout>
@@ -14,25 +15,11 @@
 #include <QTableWidget>
 #include <QVBoxLayout>
 
+using namespace StockWidgets;
+
 namespace {
 
 enum Column { NumberColumn, DescriptionColumn, OnHandColumn, ReceivedColumn };
-
-QPushButton* button(QWidget* parent, const char* name, const QString& caption)
-{
-    auto* result = new QPushButton(caption, parent);
-    result->setObjectName(QString::fromLatin1(name));
-    result->setAutoDefault(false);
-    return result;
-}
-
-QTableWidgetItem* fixedCell(const QVariant& value)
-{
-    auto* cell = new QTableWidgetItem(value.toString());
-    cell->setData(Qt::UserRole, value);
-    cell->setFlags(Qt::ItemIsSelectable | Qt::ItemIsEnabled);
-    return cell;
-}
 
 } // namespace
 

@@ -6,6 +6,7 @@
 #include "PartScreen.h"
 #include "Prompter.h"
 #include "Session.h"
+#include "StockWidgets.h"
 
 #include <QHBoxLayout>
 #include <QHeaderView>
@@ -16,6 +17,8 @@
 #include <QSqlRecord>
 #include <QTableWidget>
 #include <QVBoxLayout>
+
+using namespace StockWidgets;
 
 namespace {
 
@@ -39,22 +42,6 @@ const char* const ListFields[] = {"PartID", "Description", "PartCategory", "Quan
 constexpr Column ListColumns[] = {NumberColumn,   DescriptionColumn, CategoryColumn,
                                   OnHandColumn,   PriceColumn,       SupplierColumn,
                                   InactiveColumn, SupplierIdColumn};
-
-QPushButton* button(QWidget* parent, const char* name, const QString& caption)
-{
-    auto* result = new QPushButton(caption, parent);
-    result->setObjectName(QString::fromLatin1(name));
-    result->setAutoDefault(false);
-    return result;
-}
-
-QTableWidgetItem* fixedCell(const QVariant& value)
-{
-    auto* cell = new QTableWidgetItem(value.toString());
-    cell->setData(Qt::UserRole, value);
-    cell->setFlags(Qt::ItemIsSelectable | Qt::ItemIsEnabled);
-    return cell;
-}
 
 } // namespace
 
