@@ -64,6 +64,21 @@ private slots:
         QCOMPARE(DataHelpers::recordCount(t.session(), u"tblEmployee"_s, renumbered), 1);
         QCOMPARE(DataHelpers::recordCount(t.session(), u"tblEmployee"_s), 2);
     }
+
+    void deletesOnlyWhatNoLoginNames()
+    {
+        TANDRILL_INSTALLATION(t);
+        QSqlQuery q(t.session().db());
+        QVERIFY(Sql::exec(q, u"INSERT INTO tblEmployee (EmployeeID, FirstName) VALUES "
+                             "('E1', 'Ann'), ('E2', 'Bob')"_s));
+        QVERIFY(Sql::exec(q, u"INSERT INTO tblUser (UserName, EmployeeID) VALUES ('ann', 'E1')"_s));
+        EmployeeScreen screen(t.session());
+        screen.show();
+        perform(screen, t.prompter(), u"Yes|cmdDelete|row:1|Yes|cmdDelete"_s, "grdEmployee");
+        QVERIFY(t.prompter().texts().value(1).endsWith(u"used in User."_s));
+        QCOMPARE(text(screen, "txtEmployeeID"), u"E1"_s);
+        QCOMPARE(DataHelpers::recordCount(t.session(), u"tblEmployee"_s), 1);
+    }
 };
 
 QTEST_MAIN(TestEmployeeScreen)

@@ -78,11 +78,20 @@ private slots:
             perform(*screen, t.prompter(), u"txtPartID+D-4|txtDescription+Pump|cmdUpdate"_s,
                     "grdPart");
             shown << screen->modeText() + text(*screen, "txtPartID");
+            // D-4 is free and goes; A-1 is on a machine and stays; its number is taken.
+            perform(*screen, t.prompter(),
+                    u"Yes|cmdDelete|cmdFirst|Yes|cmdDelete|cmdAdd|txtPartID+A-1|"
+                    "txtDescription+Copy|cmdUpdate|cmdCancel"_s,
+                    "grdPart");
+            shown << screen->modeText() + text(*screen, "txtPartID");
             click(*screen, "cmdExit");
         });
         PartScreen::showPartDetail(t.session(), RecordScreen::Mode::Browse, u"A-1"_s);
-        QCOMPARE(shown,
-                 (QStringList{u"2.00 1.00 3.00"_s, u"M0"_s, u"0"_s, u"0.00 1.00"_s, u"BD-4"_s}));
+        const QStringList texts = t.prompter().texts();
+        QVERIFY(texts.size() == 5 && texts[3].endsWith(u"used in Equipment."_s) &&
+                texts[4].startsWith(u"Part Number you specified"_s));
+        QCOMPARE(shown, (QStringList{u"2.00 1.00 3.00"_s, u"M0"_s, u"0"_s, u"0.00 1.00"_s,
+                                     u"BD-4"_s, u"BA-1"_s}));
         QVERIFY(t.prompter().texts().value(0).startsWith(u"This part is already assigned to"_s));
         QCOMPARE(cell(t.session(), u"SELECT Description FROM tblPart WHERE TrackInventory = -1"_s),
                  u"Blades"_s);
