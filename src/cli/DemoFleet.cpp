@@ -384,6 +384,69 @@ const Service Services[] = {
 // clang-format on
 constexpr int RecallMachines = 3;
 
+/** Where a machine stands: its kind, its place among that kind and its place in the key order. */
+struct Place
+{
+    int kind;
+    int ordinal;
+    int index;
+};
+
+/** The hand-made machines, kind after kind, in the order of their keys. */
+QList<Place> handMadePlaces()
+{
+    QList<Place> places;
+    for (int k = 0; k < int(std::size(Kinds)); ++k) {
+        for (int n = 0; n < Kinds[k].count; ++n) {
+            places.append({k, n, int(places.size())});
+        }
+    }
+    return places;
+}
+
+/**
+ * The machines of a fleet of that size. A small fleet takes the first of each
+ * kind in turn; beyond the hand-made ones, each block repeats their pattern
+ * with the ordinals counting on.
+ */
+QList<Place> fleetPlaces(int size)
+{
+    QList<Place> places = handMadePlaces();
+    Q_ASSERT(places.size() == DemoFleet::DefaultMachines);
+    if (size < places.size()) {
+        std::stable_sort(places.begin(), places.end(),
+                         [](const Place& a, const Place& b) { return a.ordinal < b.ordinal; });
+        places.resize(size);
+        std::sort(places.begin(), places.end(),
+                  [](const Place& a, const Place& b) { return a.index < b.index; });
+        return places;
+    }
+    const int handMade = int(places.size());
+    for (int index = handMade; index < size; ++index) {
+        const Place& pattern = places.at(index % handMade);
+        const int block = index / handMade;
+        places.append({pattern.kind, Kinds[pattern.kind].count * block + pattern.ordinal, index});
+    }
+    return places;
+}
+
+/** Points the draws at other numbers for as long as it lives. */
+class DrawFrom
+{
+public:
+    DrawFrom(QRandomGenerator*& draw, QRandomGenerator* from) : m_draw(draw), m_before(draw)
+    {
+        m_draw = from;
+    }
+    ~DrawFrom() { m_draw = m_before; }
+    DrawFrom(const DrawFrom&) = delete;
+    DrawFrom& operator=(const DrawFrom&) = delete;
+
+private:
+    QRandomGenerator*& m_draw;
+    QRandomGenerator* m_before;
+};
+
 /** The columns of a machine, as one list of names. */
 const char* const EquipmentColumns =
     "EquipmentID EquipmentName UnitNo Capacity EquipmentSerialNo Bar_Code EquipmentYear "
@@ -513,8 +576,8 @@ int seasonPercent(const QDate& day)
 
 } // namespace
 
-DemoFleet::DemoFleet(Session& session)
-    : m_session(session), m_random(Seed), m_today(session.today())
+DemoFleet::DemoFleet(Session& session, int machines)
+    : m_session(session), m_size(machines), m_random(Seed), m_today(session.today())
 {}
 
 DemoFleet::~DemoFleet() = default;
@@ -546,7 +609,20 @@ bool DemoFleet::fail(const QString& reason)
 
 int DemoFleet::between(int low, int high)
 {
-    return int(m_random.bounded(low, high + 1));
+    return int(m_draw->bounded(low, high + 1));
+}
+
+QRandomGenerator DemoFleet::ownNumbers(const Machine& machine, quint32 step) const
+{
+    const quint32 seeds[] = {Seed, quint32(machine.index), step};
+    return QRandomGenerator(seeds, qsizetype(std::size(seeds)));
+}
+
+void DemoFleet::tell(const QString& step, int done, int total) const
+{
+    if (m_progress) {
+        m_progress(step, done, total);
+    }
 }
 
 qint64 DemoFleet::item(const QString& list, const QString& name) const
@@ -568,6 +644,7 @@ bool DemoFleet::generate(QString* error)
     m_error.clear();
     m_counts = {};
     m_random.seed(Seed);
+    m_draw = &m_random;
     m_items.clear();
     m_siteIds.clear();
     m_locationIds.clear();
@@ -806,7 +883,8 @@ bool DemoFleet::addServices()
                       {QStringLiteral("ServiceID"), QStringLiteral("PartID"),
                        QStringLiteral("QuantityRequired"), QStringLiteral("Price"),
                        QStringLiteral("SupplierID")});
-    // Master services count on from the machines' keys, far enough not to meet them.
+    // Master services count on from the hand-made machines' keys, far enough not to meet them;
+    // generated machines count from the next day.
     const QDateTime base = keyBase().addSecs(100);
     for (int i = 0; i < int(std::size(Services)); ++i) {
         const Service& s = Services[i];
@@ -974,7 +1052,12 @@ DemoFleet::Machine DemoFleet::newMachine(int kind, int ordinal, int index) const
 {
     const Meter meter = Kinds[kind].meter;
     Machine machine;
-    machine.id = DataHelpers::generateUniqueId(keyBase().addSecs(index));
+    // Generated machines count from the next day on, clear of the master services' keys.
+    machine.generated = index >= DefaultMachines;
+    const QDateTime key = machine.generated ? keyBase().addDays(1).addSecs(index - DefaultMachines)
+                                            : keyBase().addSecs(index);
+    machine.id = DataHelpers::generateUniqueId(key);
+    machine.index = index;
     machine.kind = kind;
     machine.ordinal = ordinal;
     machine.retired = meter == Meter::Counts && ordinal == Kinds[kind].count - 1;
@@ -1011,33 +1094,32 @@ bool DemoFleet::addMachines()
     BatchInsert readings(db, QStringLiteral("tblEquipmentCount"),
                          {QStringLiteral("EquipmentID"), QStringLiteral("ChangeDate"),
                           QStringLiteral("CountType"), QStringLiteral("CountValue")});
-    int index = 0;
-    for (int k = 0; k < int(std::size(Kinds)); ++k) {
-        for (int n = 0; n < Kinds[k].count; ++n, ++index) {
-            Machine machine = newMachine(k, n, index);
-            const QVariantList values = machineValues(columns, machine);
-            if (!equipment.insert(values)) {
-                return fail(equipment.error());
-            }
-            const Crew& crew = Crews[machine.crew];
-            if (!crewHistory.insert(
-                    {machine.id, crew.number, text(crew.description),
-                     values.at(columns.indexOf(QStringLiteral("InstalledDate")))})) {
-                return fail(crewHistory.error());
-            }
-            for (const char* partId : Kinds[k].fittingParts) {
-                const Part* part = partId ? partNamed(partId) : nullptr;
-                if (part && !fitting.insert(
-                                {machine.id, text(part->id), 1, part->price, part->supplier + 1})) {
-                    return fail(fitting.error());
-                }
-            }
-            if (!machine.retired && !addReadings(readings, machine)) {
-                return false;
-            }
-            m_machines.append(machine);
-            ++m_counts.machines;
+    const QList<Place> places = fleetPlaces(m_size);
+    for (const Place& place : places) {
+        Machine machine = newMachine(place.kind, place.ordinal, place.index);
+        QRandomGenerator own = ownNumbers(machine, 1);
+        const DrawFrom from(m_draw, machine.generated ? &own : m_draw);
+        const QVariantList values = machineValues(columns, machine);
+        if (!equipment.insert(values)) {
+            return fail(equipment.error());
         }
+        const Crew& crew = Crews[machine.crew];
+        if (!crewHistory.insert({machine.id, crew.number, text(crew.description),
+                                 values.at(columns.indexOf(QStringLiteral("InstalledDate")))})) {
+            return fail(crewHistory.error());
+        }
+        for (const char* partId : Kinds[place.kind].fittingParts) {
+            const Part* part = partId ? partNamed(partId) : nullptr;
+            if (part &&
+                !fitting.insert({machine.id, text(part->id), 1, part->price, part->supplier + 1})) {
+                return fail(fitting.error());
+            }
+        }
+        if (!machine.retired && !addReadings(readings, machine)) {
+            return false;
+        }
+        m_machines.append(machine);
+        tell(QStringLiteral("Machines made"), ++m_counts.machines, int(places.size()));
     }
     return true;
 }
@@ -1076,10 +1158,14 @@ bool DemoFleet::attachServices()
                       {QStringLiteral("ServiceUsedID"), QStringLiteral("PartID"),
                        QStringLiteral("QuantityRequired"), QStringLiteral("Price"),
                        QStringLiteral("SupplierID")});
+    int done = 0;
     for (const Machine& machine : std::as_const(m_machines)) {
+        tell(QStringLiteral("Machines given their services"), ++done, int(m_machines.size()));
         if (machine.retired) {
             continue;
         }
+        QRandomGenerator own = ownNumbers(machine, 2);
+        const DrawFrom from(m_draw, machine.generated ? &own : m_draw);
         const MachineKind& kind = Kinds[machine.kind];
         QStringList jobs;
         for (const char* job : kind.services) {
@@ -1220,12 +1306,15 @@ bool DemoFleet::scheduleCalendarServices()
                                        "WHERE ServiceUsedID = ?"))) {
         return fail(update.lastError().text());
     }
+    const int total = int(m_calendarRowsWithHistory.size());
+    int done = 0;
     for (const qint64 id : std::as_const(m_calendarRowsWithHistory)) {
         update.bindValue(0, SqlValue::date(calculator.nextScheduledDate(id, false)));
         update.bindValue(1, id);
         if (!update.exec()) {
             return fail(QStringLiteral("tblServiceUsed: ") + update.lastError().text());
         }
+        tell(QStringLiteral("Next dates worked out"), ++done, total);
     }
     return true;
 }

@@ -8,6 +8,7 @@
 #include <QString>
 #include <QVariant>
 #include <QVariantList>
+#include <functional>
 
 class BatchInsert;
 class Session;
@@ -18,8 +19,11 @@ class Session;
  * master services with calendar and meter schedules, those services on the
  * machines with their first dates and counts, and months of meter readings.
  *
- * The same day gives the same data: the numbers come from a fixed seed and
- * every date is counted back or forward from the session's today.
+ * The same day and size give the same data: the numbers come from a fixed
+ * seed and every date is counted back or forward from the session's today.
+ * The hand-made machines make the fleet of the default size; a smaller fleet
+ * takes some of every kind of them, a larger one adds machines made after
+ * their pattern, each from numbers of its own.
  */
 class DemoFleet
 {
@@ -34,11 +38,20 @@ public:
         int employees = 0;
     };
 
-    explicit DemoFleet(Session& session);
+    /** The hand-made machines: the fleet's size unless another is asked for. */
+    static constexpr int DefaultMachines = 40;
+    /** The largest fleet; keys stay distinct well beyond it. */
+    static constexpr int MaxMachines = 100000;
+
+    /** Tells how far a step of the work has come: done of total. */
+    using Progress = std::function<void(const QString& step, int done, int total)>;
+
+    explicit DemoFleet(Session& session, int machines = DefaultMachines);
     ~DemoFleet();
 
     /** Writes the whole fleet in one transaction; false with a reason, and nothing written. */
     bool generate(QString* error);
+    void setProgress(Progress progress) { m_progress = std::move(progress); }
 
     const Counts& counts() const { return m_counts; }
     /** One line that tells what was made. */
@@ -56,6 +69,8 @@ private:
     struct Machine
     {
         qint64 id = 0;
+        int index = 0; ///< in the order the keys count
+        bool generated = false;
         int kind = 0;
         int ordinal = 0; ///< among the machines of its kind
         int site = 0;
@@ -72,6 +87,8 @@ private:
     bool addServices();
     using Values = QHash<QString, QVariant>; ///< column values by name
     Machine newMachine(int kind, int ordinal, int index) const;
+    QRandomGenerator ownNumbers(const Machine& machine, quint32 step) const;
+    void tell(const QString& step, int done, int total) const;
     bool addMachines();
     QVariantList machineValues(const QStringList& columns, const Machine& machine);
     void addIdentity(Values& v, const Machine& machine, const QDate& installed);
@@ -94,7 +111,10 @@ private:
     QDate daysAgo(int days) const { return m_today.addDays(-days); }
 
     Session& m_session;
+    int m_size;
+    Progress m_progress;
     QRandomGenerator m_random;
+    QRandomGenerator* m_draw = &m_random; ///< where between() draws from
     QDate m_today;
     QString m_error;
     Counts m_counts;

@@ -9,6 +9,8 @@
 #include "LayoutFiles.h"
 #include "PasswordHash.h"
 
+#include <algorithm>
+
 namespace InitCommand {
 
 namespace {
@@ -16,6 +18,7 @@ namespace {
 struct Request
 {
     bool demo = false;
+    int machines = DemoFleet::DefaultMachines;
     bool passwordGiven = false;
     DataFile::NewInstallation data;
 };
@@ -26,6 +29,36 @@ const QString PgDatabase = QStringLiteral("--pg-database");
 const QString PgUser = QStringLiteral("--pg-user");
 const QString PgPassword = QStringLiteral("--pg-password");
 const QString PgSchema = QStringLiteral("--pg-schema");
+const QString Machines = QStringLiteral("--machines");
+
+/** The size of the demo fleet; false with a reason when it is no size or there is no fleet. */
+bool takeMachines(Arguments& arguments, Request* request, QString* error)
+{
+    if (!arguments.has(Machines)) {
+        return true;
+    }
+    QString text;
+    if (!arguments.takeValue(Machines, &text, error)) {
+        return false;
+    }
+    if (!request->demo) {
+        *error = QStringLiteral("The option %1 needs --demo.").arg(Machines);
+        return false;
+    }
+    const bool digits = !text.isEmpty() && std::all_of(text.cbegin(), text.cend(), [](QChar c) {
+        return c >= u'0' && c <= u'9';
+    });
+    bool inRange = false;
+    const int machines = text.toInt(&inRange);
+    if (!digits || !inRange || machines < 1 || machines > DemoFleet::MaxMachines) {
+        *error = QStringLiteral("The number of machines '%1' is no whole number from 1 to %2.")
+                     .arg(text)
+                     .arg(DemoFleet::MaxMachines);
+        return false;
+    }
+    request->machines = machines;
+    return true;
+}
 
 /** The server options; false with a reason when they are incomplete or wrong. */
 bool takeServer(Arguments& arguments, ConnectionSettings* settings, QString* error)
@@ -70,6 +103,7 @@ bool parse(Arguments& arguments, Request* request, QString* error)
     request->passwordGiven = arguments.has(passwordOption);
     QString password;
     if (!arguments.takeValue(passwordOption, &password, error) ||
+        !takeMachines(arguments, request, error) ||
         !takeServer(arguments, &request->data.connection, error)) {
         return false;
     }
@@ -87,13 +121,26 @@ bool parse(Arguments& arguments, Request* request, QString* error)
     return true;
 }
 
-ExitCode fillDemo(const CliContext& context)
+/** Tells long steps on the error stream, a line every so many. */
+DemoFleet::Progress stepProgress(const CliContext& context)
+{
+    return [&context](const QString& step, int done, int total) {
+        constexpr int Every = 1000;
+        if (total >= Every && (done == total || done % Every == 0)) {
+            context.err << QStringLiteral("%1: %2 of %3").arg(step).arg(done).arg(total)
+                        << Qt::endl;
+        }
+    };
+}
+
+ExitCode fillDemo(const CliContext& context, int machines)
 {
     DataSession data(context);
     if (!data.open()) {
         return ExitCode::Failure;
     }
-    DemoFleet demo(data.session());
+    DemoFleet demo(data.session(), machines);
+    demo.setProgress(stepProgress(context));
     QString error;
     if (!demo.generate(&error)) {
         context.err << QStringLiteral("The demo fleet could not be made: ") << error << Qt::endl;
@@ -128,7 +175,7 @@ ExitCode run(const CliContext& context, Arguments& arguments)
         context.out << QStringLiteral("Password of Chief: ") << request.data.chiefPassword
                     << Qt::endl;
     }
-    return request.demo ? fillDemo(context) : ExitCode::Success;
+    return request.demo ? fillDemo(context, request.machines) : ExitCode::Success;
 }
 
 } // namespace InitCommand

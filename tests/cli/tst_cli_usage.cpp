@@ -39,6 +39,14 @@ private slots:
             "A PostgreSQL data file needs --pg-host, --pg-port, --pg-database and --pg-user.");
         row("init empty password", {u"init"_s, u"--password="_s},
             "The password of Chief must not be empty.");
+        const char* noSize = "The number of machines '%1' is no whole number from 1 to 100000.";
+        for (const char* size : {"0", "+5", "12.5", "100001", ""}) {
+            QTest::addRow("init machines '%s'", size)
+                << QStringList{u"init"_s, u"--demo"_s, u"--machines="_s + QLatin1String(size)}
+                << QString::fromLatin1(noSize).arg(QLatin1String(size));
+        }
+        row("init machines without demo", {u"init"_s, u"--machines=5"_s},
+            "The option --machines needs --demo.");
         row("sql without statement", {u"sql"_s}, "sql needs a statement.");
         row("next-date without id", {u"next-date"_s},
             "next-date needs the ServiceUsedID of a service, or --all.");

@@ -4,8 +4,10 @@
 #include "SqlValue.h"
 #include "TestInstallation.h"
 
+#include <QCryptographicHash>
 #include <QSqlError>
 #include <QSqlQuery>
+#include <QSqlRecord>
 #include <QTest>
 #include <memory>
 
@@ -24,6 +26,25 @@ qint64 count(Session& session, const QString& rows)
     return q.value(0).toLongLong();
 }
 
+/** A digest of the rows that grow with the fleet; empty when a table cannot be read. */
+QByteArray digest(Session& session)
+{
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    for (const char* table : {"tblEquipment", "tblEquipmentPart", "tblEquipmentCount",
+                              "tblServiceUsed", "tblServiceUsedPart"}) {
+        QSqlQuery q(session.db());
+        if (!Sql::exec(q, u"SELECT * FROM %1 ORDER BY 1, 2, 3"_s.arg(QLatin1String(table)))) {
+            return {};
+        }
+        while (q.next()) {
+            for (int i = 0; i < q.record().count(); ++i) {
+                hash.addData(q.value(i).toString().toUtf8().append('\x1f'));
+            }
+        }
+    }
+    return hash.result();
+}
+
 } // namespace
 
 /** The sample fleet: whole, consistent with its own rules, and all or nothing. */
@@ -32,13 +53,13 @@ class TestDemoFleet : public QObject
     Q_OBJECT
 
 private slots:
-    // One fleet serves every test that only reads it.
+    // One fleet serves every test that only reads it; large enough to hold generated machines.
     void initTestCase()
     {
         TANDRILL_REQUIRE_ENGINE();
         m_t = std::make_unique<TestInstallation>();
         QVERIFY2(m_t->isValid(), qPrintable(m_t->error()));
-        m_demo = std::make_unique<DemoFleet>(m_t->session());
+        m_demo = std::make_unique<DemoFleet>(m_t->session(), 130);
         QString error;
         QVERIFY2(m_demo->generate(&error), qPrintable(error));
     }
@@ -46,7 +67,7 @@ private slots:
     void countsMatchWhatWasWritten()
     {
         const DemoFleet::Counts& counts = m_demo->counts();
-        QVERIFY(m_demo->summary().startsWith(u"40 machines"_s));
+        QVERIFY(m_demo->summary().startsWith(u"130 machines"_s));
         const std::pair<const char*, int> tables[] = {{"tblEquipment", counts.machines},
                                                       {"tblServices", counts.services},
                                                       {"tblServiceUsed", counts.servicesOnMachines},
@@ -146,6 +167,32 @@ private slots:
         QVERIFY(checked > 80);
         QVERIFY(m_t->prompter().shown().isEmpty());
         QVERIFY(m_t->failures().isEmpty());
+    }
+
+    void sizeIsAskedAndTheSameSizeGivesTheSameData_data()
+    {
+        QTest::addColumn<int>("machines");
+        QTest::addColumn<int>("kinds");
+        QTest::newRow("fewer than the hand-made, of every kind") << 7 << 6;
+        QTest::newRow("a few generated") << 45 << 6;
+    }
+    void sizeIsAskedAndTheSameSizeGivesTheSameData()
+    {
+        QFETCH(int, machines);
+        QFETCH(int, kinds);
+        QByteArray digests[2];
+        for (QByteArray& made : digests) {
+            TANDRILL_INSTALLATION(t);
+            DemoFleet demo(t.session(), machines);
+            QString error;
+            QVERIFY2(demo.generate(&error), qPrintable(error));
+            QCOMPARE(count(t.session(), u"tblEquipment"_s), qint64(machines));
+            QCOMPARE(count(t.session(), u"(SELECT DISTINCT EquipmentType FROM tblEquipment) k"_s),
+                     qint64(kinds));
+            made = digest(t.session());
+            QVERIFY(!made.isEmpty());
+        }
+        QCOMPARE(digests[1].toHex(), digests[0].toHex());
     }
 
     void aFailedFleetLeavesNothingBehind()
