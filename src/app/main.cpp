@@ -45,9 +45,11 @@ using ShowDetail = QVariant (*)(Session&, RecordScreen::Mode, const QVariant&, Q
 /** The stock screens that are not record screens. */
 void wireStockScreens(MainScreen& main, Session& session, ScreenCatalogue& screens)
 {
-    screens.insert(QStringLiteral("frmInventryCheckIn"), [&session, &main] {
+    const auto openCheckIn = [&session, &main] {
         InventoryCheckInScreen::showInventoryCheckIn(session, &main);
-    });
+    };
+    main.setHandler(QStringLiteral("cmdToolbar_4"), openCheckIn);
+    screens.insert(QStringLiteral("frmInventryCheckIn"), openCheckIn);
     screens.insert(QStringLiteral("frmPartManager"), [&session, &main] {
         QString none;
         PartManagerScreen::showPartManager(session, &none, false, &main);
