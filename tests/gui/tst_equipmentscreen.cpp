@@ -77,12 +77,12 @@ private slots:
         EquipmentScreen screen(t.session());
         screen.show();
         QApplication::setActiveWindow(&screen);
-        perform(screen, t.prompter(), u"cmdAdd|txtUnitNo+u1|txtName+Truck|txtSerialNo+S1"_s,
-                "grdEquipment");
+        perform(screen, t.prompter(), u"cmdAdd|txtName+Truck|txtSerialNo+S1"_s, "grdEquipment");
         leave(screen, "txtSerialNo", "txtName");
         leave(screen, "txtSerialNo", "txtName");
         QTest::keyClick(child<QComboBox>(screen, "cboCrew"), Qt::Key_Down);
-        perform(screen, t.prompter(), u"cmdUpdate|txtUnitNo=U2|cmdUpdate"_s, "grdEquipment");
+        perform(screen, t.prompter(), u"txtUnitNo+u1|cmdUpdate|txtUnitNo=U2|cmdUpdate"_s,
+                "grdEquipment");
         QCOMPARE(t.prompter().texts().size(), 2);
         QVERIFY(t.prompter().texts().first().startsWith(u"This serial number is already in use"_s));
         QCOMPARE(t.prompter().texts().last(), EquipmentManager::UnitNoTaken);

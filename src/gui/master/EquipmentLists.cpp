@@ -256,19 +256,22 @@ void EquipmentScreen::removePart()
 
 void EquipmentScreen::recalculate()
 {
-    if (!beginModify()) {
-        return;
-    }
-    const DepreciationInputs inputs{m_lines.value(QStringLiteral("txtPurchaseYear"))->text(),
-                                    m_lines.value(QStringLiteral("txttotalCost"))->text(),
-                                    m_lines.value(QStringLiteral("txtSalvageValue"))->text(),
-                                    m_lines.value(QStringLiteral("txtAssetYears"))->text()};
+    const char* const fields[] = {"txtPurchaseYear", "txttotalCost", "txtSalvageValue",
+                                  "txtAssetYears"};
+    const auto textOf = [this](const char* name) {
+        return m_lines.value(QString::fromLatin1(name))->text();
+    };
+    const DepreciationInputs inputs{textOf(fields[0]), textOf(fields[1]), textOf(fields[2]),
+                                    textOf(fields[3])};
     if (const auto problem = Depreciation::validate(inputs)) {
         session().prompter().inform(problem->message);
+        m_lines.value(QString::fromLatin1(fields[int(problem->field)]))->setFocus();
         return;
     }
-    m_depreciation.recalculate(shownId(), inputs);
-    showChildren();
+    if (beginModify()) {
+        m_depreciation.recalculate(shownId(), inputs);
+        showChildren();
+    }
 }
 
 void EquipmentScreen::addPicture()

@@ -113,13 +113,14 @@ QWidget* EquipmentScreen::equipmentSection()
 {
     QWidget* p = page("fraEquipment");
     QFormLayout* f = formOf(p);
-    auto* id = number("txtEquipmentID", QStringLiteral("EquipmentID"), &m_equipment.equipmentId);
-    id->setReadOnly(true);
-    f->addRow(QStringLiteral("Equipment ID"), id);
+    // The unit number is bound first: a new record starts there.
     f->addRow(QStringLiteral("Unit No"),
               line("txtUnitNo", QStringLiteral("UnitNo"), &m_equipment.unitNo));
     f->addRow(QStringLiteral("Name"),
               line("txtName", QStringLiteral("EquipmentName"), &m_equipment.equipmentName));
+    auto* id = number("txtEquipmentID", QStringLiteral("EquipmentID"), &m_equipment.equipmentId);
+    id->setReadOnly(true);
+    f->insertRow(0, QStringLiteral("Equipment ID"), id);
     f->addRow(QStringLiteral("Type"), withButton(list("cboType", QStringLiteral("EquipmentType"),
                                                       &m_equipment.equipmentType),
                                                  "cmdType"));
