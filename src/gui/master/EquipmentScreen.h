@@ -140,7 +140,8 @@ private:
 
     QStackedWidget* m_sections = nullptr;
     QList<QPushButton*> m_toolButtons;
-    QHash<int, QList<QWidget*>> m_sectionFields;
+    QHash<int, QList<QWidget*>> m_sectionFields; ///< what tells whether a section holds data
+    int m_building = 0;                          ///< the section whose fields are being made
     QHash<QString, QComboBox*> m_lists;
     QHash<QString, QLineEdit*> m_lines;
     QList<QLabel*> m_leaseLabels;

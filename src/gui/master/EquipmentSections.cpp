@@ -37,9 +37,6 @@ const QStringList Periods = {QStringLiteral("Hours"),  QStringLiteral("Miles"),
                              QStringLiteral("Days"),   QStringLiteral("Weeks"),
                              QStringLiteral("Months"), QStringLiteral("Years")};
 
-// The index of the section being built: its fields are marked with it.
-int building = 0;
-
 QFormLayout* formOf(QWidget* page)
 {
     return qobject_cast<QFormLayout*>(page->layout());
@@ -95,8 +92,8 @@ QWidget* EquipmentScreen::buildSections()
         [this] { return documentsSection(); },
         [this] { return depreciationSection(); },
     };
-    for (building = 0; building < int(std::size(builders)); ++building) {
-        m_sections->addWidget(builders[building]());
+    for (m_building = 0; m_building < int(std::size(builders)); ++m_building) {
+        m_sections->addWidget(builders[m_building]());
     }
     return m_sections;
 }
@@ -138,7 +135,7 @@ QWidget* EquipmentScreen::equipmentSection()
         year->addItem(QString::number(y));
     }
     bindField(year, QStringLiteral("EquipmentYear"), &m_equipment.equipmentYear);
-    m_sectionFields[building].append(year);
+    m_sectionFields[m_building].append(year);
     f->addRow(QStringLiteral("Year"), year);
     f->addRow(QStringLiteral("Serial No"), line("txtSerialNo", QStringLiteral("EquipmentSerialNo"),
                                                 &m_equipment.equipmentSerialNo));
@@ -210,7 +207,7 @@ QWidget* EquipmentScreen::notesSection()
     auto* notes = new QPlainTextEdit(this);
     notes->setObjectName(QStringLiteral("rtfNotes"));
     bindField(notes, QStringLiteral("Notes"), &m_equipment.notes);
-    m_sectionFields[building].append(notes);
+    m_sectionFields[m_building].append(notes);
     formOf(p)->addRow(notes);
     return p;
 }
@@ -246,7 +243,7 @@ QWidget* EquipmentScreen::engineSection()
     auto* cycle = ScreenFields::comboBox(this, "CboCycle");
     cycle->addItems({QString(), QStringLiteral("2"), QStringLiteral("4")});
     bindField(cycle, QStringLiteral("Cycle"), &m_equipment.cycle);
-    m_sectionFields[building].append(cycle);
+    m_sectionFields[m_building].append(cycle);
     f->addRow(QStringLiteral("Cycle"), cycle);
     f->addRow(QStringLiteral("Fuel Type"),
               withButton(list("cboEfuelType", QStringLiteral("EngineFuelType"),
@@ -426,7 +423,7 @@ QLineEdit* EquipmentScreen::line(const char* name, const QString& column, QStrin
 {
     QLineEdit* edit = ScreenFields::lineEdit(this, name);
     bindField(edit, column, member);
-    m_sectionFields[building].append(edit);
+    m_sectionFields[m_building].append(edit);
     m_lines.insert(QString::fromLatin1(name), edit);
     return edit;
 }
@@ -440,7 +437,7 @@ QLineEdit* EquipmentScreen::number(const char* name, const QString& column,
     numeric->setLocale(QLocale::c());
     edit->setValidator(numeric);
     bindField(edit, column, member, QString(), checks);
-    m_sectionFields[building].append(edit);
+    m_sectionFields[m_building].append(edit);
     m_lines.insert(QString::fromLatin1(name), edit);
     return edit;
 }
@@ -449,7 +446,7 @@ QComboBox* EquipmentScreen::list(const char* name, const QString& column, qint64
 {
     QComboBox* combo = ScreenFields::comboBox(this, name);
     bindField(combo, column, member);
-    m_sectionFields[building].append(combo);
+    m_sectionFields[m_building].append(combo);
     m_lists.insert(QString::fromLatin1(name), combo);
     return combo;
 }
@@ -463,7 +460,7 @@ QComboBox* EquipmentScreen::codes(const char* name, const QString& column, int* 
         combo->addItem(texts[i], qint64(i + 1));
     }
     bindField(combo, column, member);
-    m_sectionFields[building].append(combo);
+    m_sectionFields[m_building].append(combo);
     m_lists.insert(QString::fromLatin1(name), combo);
     return combo;
 }
@@ -473,7 +470,7 @@ QWidget* EquipmentScreen::date(const char* name, const QString& column, QDate* m
     auto* box = new DateBox(this);
     box->setObjectName(QString::fromLatin1(name));
     bindField(box, column, member);
-    m_sectionFields[building].append(box);
+    m_sectionFields[m_building].append(box);
     return box;
 }
 
@@ -503,7 +500,7 @@ QTableWidget* EquipmentScreen::table(const char* name, const QStringList& captio
     grid->setSelectionBehavior(QAbstractItemView::SelectRows);
     grid->setSelectionMode(QAbstractItemView::SingleSelection);
     grid->horizontalHeader()->setStretchLastSection(true);
-    m_sectionFields[building].append(grid);
+    m_sectionFields[m_building].append(grid);
     return grid;
 }
 
