@@ -5,6 +5,7 @@
 #include "CrewScreen.h"
 #include "DesktopStart.h"
 #include "EmployeeScreen.h"
+#include "EquipmentScreen.h"
 #include "IndicatorScreen.h"
 #include "InventoryCheckInScreen.h"
 #include "LocationScreen.h"
@@ -97,7 +98,10 @@ void wireFinders(MainScreen& main, Session& session, ScreenCatalogue& screens)
                                                                                    add);
                                  },
                                  &PartScreen::showPartDetail));
-    // Equipment has no record screen yet: its finder is pictured, not on the navigator.
+    main.setNavigatorHandler(
+        MainNavigator::Equipment,
+        findThenShow(quickFind("tblEquipment", "UnitNo", "Unit No", "frmEquipment"),
+                     &EquipmentScreen::showEquipmentDetail));
     screens.insert(
         QStringLiteral("frmQuickFind"),
         [find = quickFind("tblEquipment", "UnitNo", "Unit No", "frmEquipment")] { find({}); });
@@ -171,6 +175,16 @@ ScreenCatalogue wireScreens(MainScreen& main, Session& session)
     wireViewAndAdd(QStringLiteral("frmEmployee"), &EmployeeScreen::showEmployeeDetail,
                    QStringLiteral("Employee"));
     wireViewAndAdd(QStringLiteral("frmPart"), &PartScreen::showPartDetail, QStringLiteral("Part"));
+    // The View menu's entry keeps its old spelling, so it is wired by hand.
+    main.setHandler(QStringLiteral("mnuViewEqipment"),
+                    onMain(&EquipmentScreen::showEquipmentDetail, RecordScreen::Mode::Browse));
+    main.setHandler(QStringLiteral("mnuAddEquipment"),
+                    onMain(&EquipmentScreen::showEquipmentDetail, RecordScreen::Mode::Add));
+    screens.insert(QStringLiteral("frmEquipment"),
+                   onMain(&EquipmentScreen::showEquipmentDetail, RecordScreen::Mode::Browse));
+    EquipmentScreen::setPartPicker([&session](QString* excludeInOut, QWidget* parent) {
+        return PartManagerScreen::showPartManager(session, excludeInOut, true, parent);
+    });
     main.setHandler(QStringLiteral("mnuSetup"), openSetup);
     screens.insert(QStringLiteral("frmSetup"), openSetup);
     const auto report = [&session, &main](const QString& procedure) {

@@ -14,3 +14,5 @@ tandrill_add_test(tst_employeescreen SOURCES ${CMAKE_CURRENT_LIST_DIR}/tst_emplo
     LIBS tandrill_gui_master GUI BOTH_ENGINES)
 tandrill_add_test(tst_quickfindscreen SOURCES ${CMAKE_CURRENT_LIST_DIR}/tst_quickfindscreen.cpp
     LIBS tandrill_gui_master GUI BOTH_ENGINES)
+tandrill_add_test(tst_equipmentscreen SOURCES ${CMAKE_CURRENT_LIST_DIR}/tst_equipmentscreen.cpp
+    LIBS tandrill_gui_master GUI BOTH_ENGINES)

@@ -1,0 +1,153 @@
+#pragma once
+
+#include "Depreciation.h"
+#include "Equipment.h"
+#include "EquipmentAttachments.h"
+#include "EquipmentManager.h"
+#include "EquipmentParts.h"
+#include "RecordScreen.h"
+
+#include <QHash>
+#include <functional>
+
+class QComboBox;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+class QStackedWidget;
+class QTableWidget;
+
+/**
+ * The equipment register: one machine in thirteen sections chosen by a
+ * vertical toolbox, with its required parts, depreciation, pictures and
+ * documents. Child rows are written inside the screen's edit, so a revert
+ * brings them back.
+ */
+class EquipmentScreen : public RecordScreen
+{
+    Q_OBJECT
+
+public:
+    /** Picks parts, leaving out those in *excludeInOut; the picks come back in it. */
+    using PartPicker = std::function<bool(QString* excludeInOut, QWidget* parent)>;
+
+    explicit EquipmentScreen(Session& session, QWidget* parent = nullptr);
+
+    /**
+     * Shows the equipment as a modal window on the record with id (in mode Add
+     * on a new one) and answers the record shown when it closed.
+     */
+    static QVariant showEquipmentDetail(Session& session, Mode mode, const QVariant& id,
+                                        QWidget* parent = nullptr);
+    /** The picker behind cmdAddNewPart; until one is set the button stays disabled. */
+    static void setPartPicker(PartPicker picker);
+
+    /** The section shown, 0 to 12. */
+    int section() const;
+    /** Shows section index as the toolbox does, asking to save a new record first. */
+    bool showSection(int index);
+
+protected:
+    Rows loadRecords() override;
+    void clearData() override;
+    void displayData(const QSqlRecord& record) override;
+    bool validateFields() override;
+    void setObjectValues() override;
+    bool saveRecord(QVariant* id) override;
+    QString canDelete(const QVariant& id) override;
+    bool deleteRecord(const QVariant& id) override;
+    void enableControls() override;
+
+private:
+    // Sections, in EquipmentSections.cpp.
+    QWidget* buildToolBox();
+    QWidget* buildSections();
+    QWidget* equipmentSection();
+    QWidget* notesSection();
+    QWidget* userDefinedSection();
+    QWidget* engineSection();
+    QWidget* vehicleSection();
+    QWidget* purchaseSection();
+    QWidget* partsSection();
+    QWidget* depreciationSection();
+    QWidget* picturesSection();
+    QWidget* documentsSection();
+    QWidget* emptySection(const char* frame, const char* grid,
+                          std::initializer_list<const char*> buttons);
+    QWidget* page(const char* frame);
+    QLineEdit* line(const char* name, const QString& column, QString* member);
+    QLineEdit* number(const char* name, const QString& column, FieldBindings::Member member,
+                      int checks = FieldBindings::None);
+    QComboBox* list(const char* name, const QString& column, qint64* member);
+    QComboBox* codes(const char* name, const QString& column, int* member,
+                     const QStringList& texts);
+    QWidget* date(const char* name, const QString& column, QDate* member);
+    QWidget* withButton(QWidget* field, const char* button);
+    QLabel* label(const char* name, const QString& text);
+    QTableWidget* table(const char* name, const QStringList& captions);
+    QPushButton* button(const char* name, const QString& caption);
+
+    // Lists.
+    void loadLists();
+    void loadIndicators(QComboBox* list, qint64 parent);
+    void loadDependent(QComboBox* list, QComboBox* parent);
+    void loadSites();
+    void loadLocations();
+    void loadCrews();
+    void loadSuppliers();
+    void loadStates();
+    void wireListButtons();
+    void wireIndicatorButton(const char* name, QComboBox* list, qint64 listNumber,
+                             QComboBox* parent = nullptr, bool engineMake = false);
+    void relabelLease();
+    void showUserDefinedCaptions();
+
+    // Behaviour.
+    void onSectionClicked(int index);
+    bool saveNewRecordFirst();
+    void markSectionsWithData();
+    bool sectionHasData(int index) const;
+    void checkUnitNoOnExit(QWidget* next);
+    void warnSerialOnExit(QWidget* next);
+    void onDeleteClicked();
+    void removeDocumentFolder(qint64 id);
+    qint64 shownId() const;
+    void showChildren();
+    void showRows(QTableWidget* grid, const Rows& rows, const QStringList& columns,
+                  const QString& moneyColumns = QString());
+
+    // Children.
+    void addParts();
+    void removePart();
+    void recalculate();
+    void addPicture();
+    void removePicture();
+    void addDocument();
+    void removeDocument();
+    void preview();
+    QString selectedName(QTableWidget* grid) const;
+    static PartPicker& partPicker();
+
+    EquipmentManager m_manager;
+    EquipmentParts m_partList;
+    Depreciation m_depreciation;
+    EquipmentAttachments m_attachments;
+    Equipment m_equipment;
+    QString m_unitNoAtStart;
+    QString m_serialAtStart;
+    QString m_serialWarned;
+    bool m_crewTouched = false;
+
+    QStackedWidget* m_sections = nullptr;
+    QList<QPushButton*> m_toolButtons;
+    QHash<int, QList<QWidget*>> m_sectionFields; ///< what tells whether a section holds data
+    int m_building = 0;                          ///< the section whose fields are being made
+    QHash<QString, QComboBox*> m_lists;
+    QHash<QString, QLineEdit*> m_lines;
+    QList<QLabel*> m_leaseLabels;
+    QList<QLabel*> m_userDefinedLabels;
+    QTableWidget* m_parts = nullptr;
+    QTableWidget* m_depreciationRows = nullptr;
+    QTableWidget* m_pictures = nullptr;
+    QTableWidget* m_documents = nullptr;
+};
