@@ -1,6 +1,7 @@
 #include "EquipmentParts.h"
 
 #include "ErrorHandler.h"
+#include "PartPicker.h"
 #include "Session.h"
 #include "Sql.h"
 #include "WriteScope.h"
@@ -11,8 +12,6 @@
 namespace {
 
 const QString Module = QStringLiteral("frmEquipment");
-const QString RecordSeparator = QStringLiteral("@@@@");
-const QChar FieldSeparator = QChar(0x2020);
 
 QVariant numberOrNull(const QString& text)
 {
@@ -54,8 +53,9 @@ QString EquipmentParts::excludeText(qint64 equipmentId)
 bool EquipmentParts::addPicked(qint64 equipmentId, const QString& resultText)
 {
     WriteScope write(m_session, Module, QStringLiteral("AddPartRecord"));
-    for (const QString& record : resultText.split(RecordSeparator, Qt::SkipEmptyParts)) {
-        const QStringList f = record.split(FieldSeparator);
+    for (const QString& record :
+         resultText.split(PartPicker::RecordSeparator, Qt::SkipEmptyParts)) {
+        const QStringList f = record.split(PartPicker::FieldSeparator);
         write.exec(QStringLiteral("INSERT INTO tblEquipmentPart "
                                   "(EquipmentID, PartID, QuantityRequired, Price, SupplierID) "
                                   "VALUES (?, ?, ?, ?, ?)"),

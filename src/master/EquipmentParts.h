@@ -20,8 +20,8 @@ public:
     /** The machine's part numbers as the picker's exclude text: 'A-1','O''Brien'. */
     QString excludeText(qint64 equipmentId);
     /**
-     * Adds the picks of a picker's result text: records joined by "@@@@", each
-     * part, quantity, price and supplier joined by U+2020.
+     * Adds the picks of a picker's result text (see PartPicker): each record's
+     * part, quantity, price and supplier.
      */
     bool addPicked(qint64 equipmentId, const QString& resultText);
     bool removePart(qint64 equipmentId, const QString& partId);

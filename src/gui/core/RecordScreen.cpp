@@ -574,7 +574,7 @@ void RecordScreen::onDelete()
         return;
     }
     Prompter& prompter = m_session.prompter();
-    if (!prompter.askYesNo(MessageTexts::DeleteQuestion)) {
+    if (!prompter.askYesNo(deleteQuestion())) {
         return;
     }
     const QVariant id = currentId();
@@ -588,6 +588,11 @@ void RecordScreen::onDelete()
     }
     refreshRecordSet(id);
     focusFirstField();
+}
+
+QString RecordScreen::deleteQuestion() const
+{
+    return MessageTexts::DeleteQuestion;
 }
 
 void RecordScreen::onExit()

@@ -169,6 +169,8 @@ protected:
     virtual void setObjectValues();
     /** Saves the record object by the mode; on success the saved key into id. */
     virtual bool saveRecord(QVariant* id) = 0;
+    /** The question cmdDelete asks before anything else. */
+    virtual QString deleteQuestion() const;
     /** The name of what still uses the record, or empty text. */
     virtual QString canDelete(const QVariant& id) = 0;
     virtual bool deleteRecord(const QVariant& id) = 0;

@@ -76,9 +76,6 @@ EquipmentScreen::EquipmentScreen(Session& session, QWidget* parent)
                     KeyField);
     setStandardLayout(fields, grid);
     setActionRights(UserRights::EqAdd, UserRights::EqMod, UserRights::EqDel);
-    auto* remove = findChild<QPushButton*>(QStringLiteral("cmdDelete"));
-    remove->disconnect(this);
-    connect(remove, &QPushButton::clicked, this, &EquipmentScreen::onDeleteClicked);
     setQuickFind([this] {
         return QuickFindScreen::showQuickFind(this->session(), QStringLiteral("tblEquipment"),
                                               QStringLiteral("UnitNo"), QStringLiteral("Unit No"),
@@ -282,29 +279,9 @@ bool EquipmentScreen::deleteRecord(const QVariant& id)
     return true;
 }
 
-void EquipmentScreen::onDeleteClicked()
+QString EquipmentScreen::deleteQuestion() const
 {
-    if (isEditing() || isEmpty()) {
-        return;
-    }
-    Prompter& prompter = session().prompter();
-    if (!session().rights().has(UserRights::EqDel)) {
-        prompter.inform(MessageTexts::NoActionRights);
-        return;
-    }
-    if (!prompter.askYesNo(DeleteQuestion)) {
-        return;
-    }
-    const QVariant id = currentId();
-    const QString user = canDelete(id);
-    if (!user.isEmpty()) {
-        prompter.inform(MessageTexts::recordInUse(user));
-        return;
-    }
-    if (deleteRecord(id)) {
-        refreshRecordSet(id);
-        focusFirstField();
-    }
+    return DeleteQuestion;
 }
 
 void EquipmentScreen::removeDocumentFolder(qint64 id)

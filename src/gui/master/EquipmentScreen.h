@@ -54,6 +54,7 @@ protected:
     bool validateFields() override;
     void setObjectValues() override;
     bool saveRecord(QVariant* id) override;
+    QString deleteQuestion() const override;
     QString canDelete(const QVariant& id) override;
     bool deleteRecord(const QVariant& id) override;
     void enableControls() override;
@@ -109,7 +110,6 @@ private:
     bool sectionHasData(int index) const;
     void checkUnitNoOnExit(QWidget* next);
     void warnSerialOnExit(QWidget* next);
-    void onDeleteClicked();
     void removeDocumentFolder(qint64 id);
     qint64 shownId() const;
     void showChildren();
