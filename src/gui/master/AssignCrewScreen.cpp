@@ -14,6 +14,9 @@
 
 namespace {
 
+// Wide enough for a long machine name.
+constexpr int MinimumWidth = 420;
+
 QLineEdit* shownText(const QString& name, const QString& text, QWidget* parent)
 {
     auto* edit = new QLineEdit(text, parent);
@@ -37,6 +40,7 @@ AssignCrewScreen::AssignCrewScreen(Session& session, qint64 equipmentId, QWidget
 {
     setObjectName(QStringLiteral("frmAssignCrew"));
     setWindowTitle(QStringLiteral("Assign Crew"));
+    setMinimumWidth(MinimumWidth);
     const Equipment equipment = EquipmentManager(session).find(equipmentId).value_or(Equipment{});
     m_crew->setObjectName(QStringLiteral("cboCrew"));
     LookupCombo::loadItemWithId(m_crew, DataHelpers::crewInfo(session), QStringLiteral("CrewID"),
