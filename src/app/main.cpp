@@ -1,10 +1,13 @@
 // The desktop program: starts the session in its fixed order, then puts the
 // main screen and the screens of every library together.
 
+#include "AssignCrewScreen.h"
 #include "CostCenterScreen.h"
 #include "CrewScreen.h"
 #include "DesktopStart.h"
 #include "EmployeeScreen.h"
+#include "EquipmentImageScreen.h"
+#include "EquipmentManager.h"
 #include "EquipmentScreen.h"
 #include "IndicatorScreen.h"
 #include "InventoryCheckInScreen.h"
@@ -55,6 +58,28 @@ void wireStockScreens(MainScreen& main, Session& session, ScreenCatalogue& scree
         QString none;
         PartManagerScreen::showPartManager(session, &none, false, &main);
     });
+}
+
+/**
+ * The dialogs a machine opens from elsewhere, for pictures only: they open on
+ * the first machine by unit number. Their real openers are the equipment
+ * screen and the overdue work board.
+ */
+void wireMachineDialogs(MainScreen& main, Session& session, ScreenCatalogue& screens)
+{
+    const auto onFirstMachine = [&session, &main](auto show) {
+        return [&session, &main, show] {
+            const Rows machines = EquipmentManager(session).list();
+            if (!machines.isEmpty()) {
+                show(session, machines.first().value(QStringLiteral("EquipmentID")).toLongLong(),
+                     &main);
+            }
+        };
+    };
+    screens.insert(QStringLiteral("frmEquipmentImage"),
+                   onFirstMachine(&EquipmentImageScreen::showEquipmentImageDetail));
+    screens.insert(QStringLiteral("frmAssignCrew"),
+                   onFirstMachine(&AssignCrewScreen::showAssignCrew));
 }
 
 /**
@@ -198,6 +223,7 @@ ScreenCatalogue wireScreens(MainScreen& main, Session& session)
     screens.insert(QStringLiteral("frmReportPreview"),
                    report(QStringLiteral("ShowEquipmentListDetail")));
     wireStockScreens(main, session, screens);
+    wireMachineDialogs(main, session, screens);
     wireFinders(main, session, screens);
     return screens;
 }

@@ -16,3 +16,7 @@ tandrill_add_test(tst_quickfindscreen SOURCES ${CMAKE_CURRENT_LIST_DIR}/tst_quic
     LIBS tandrill_gui_master GUI BOTH_ENGINES)
 tandrill_add_test(tst_equipmentscreen SOURCES ${CMAKE_CURRENT_LIST_DIR}/tst_equipmentscreen.cpp
     LIBS tandrill_gui_master GUI BOTH_ENGINES)
+# The picture and crew assignment dialogs of a machine.
+tandrill_add_test(tst_equipmentsmallscreens
+    SOURCES ${CMAKE_CURRENT_LIST_DIR}/tst_equipmentsmallscreens.cpp
+    LIBS tandrill_gui_master GUI BOTH_ENGINES)

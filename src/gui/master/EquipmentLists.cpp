@@ -1,5 +1,6 @@
 // The lists of the equipment screen, their buttons and captions, and the child grids' actions.
 #include "CrewScreen.h"
+#include "EquipmentImageScreen.h"
 #include "EquipmentScreen.h"
 #include "Indicator.h"
 #include "IndicatorScreen.h"
@@ -16,7 +17,6 @@
 #include <QComboBox>
 #include <QDesktopServices>
 #include <QFileDialog>
-#include <QFileInfo>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -276,14 +276,10 @@ void EquipmentScreen::recalculate()
 
 void EquipmentScreen::addPicture()
 {
-    const QString path =
-        QFileDialog::getOpenFileName(this, QStringLiteral("Add Picture"), QString(),
-                                     QStringLiteral("Pictures (*.bmp *.jpg *.jpeg *.gif *.png)"));
-    if (path.isEmpty() || !beginModify()) {
-        return;
+    if (beginModify() &&
+        EquipmentImageScreen::showEquipmentImageDetail(session(), shownId(), this)) {
+        showChildren();
     }
-    m_attachments.addPicture(shownId(), path, QFileInfo(path).completeBaseName());
-    showChildren();
 }
 
 void EquipmentScreen::removePicture()
