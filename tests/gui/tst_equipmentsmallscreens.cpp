@@ -54,6 +54,9 @@ private slots:
             QCOMPARE(t.prompter().texts().size(), nameTaken ? 1 : 0);
             QCOMPARE(child<QTableWidget>(screen, "grdImages")->rowCount(), 1);
         }
+        // The stored picture is shown when its row is chosen.
+        child<QTableWidget>(screen, "grdImages")->setCurrentCell(0, 0);
+        QCOMPARE(child<QLabel>(screen, "picImage")->pixmap().size(), QSize(8, 8));
     }
 
     // Kept first, then changed: only the change is logged and stored.

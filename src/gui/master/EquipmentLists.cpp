@@ -19,6 +19,7 @@
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPixmap>
 #include <QPushButton>
 #include <QTableWidget>
 #include <QUrl>
@@ -280,6 +281,20 @@ void EquipmentScreen::addPicture()
         EquipmentImageScreen::showEquipmentImageDetail(session(), shownId(), this)) {
         showChildren();
     }
+}
+
+void EquipmentScreen::showPicture()
+{
+    const QString name = selectedName(m_pictures);
+    QPixmap picture;
+    if (!name.isEmpty()) {
+        picture.loadFromData(m_attachments.pictureData(shownId(), name));
+    }
+    // A large picture is scaled to the width of its frame; the scroll area takes its height.
+    const int width = m_picture->parentWidget()->width();
+    m_picture->setPixmap(picture.width() > width && width > 0 ? picture.scaledToWidth(width)
+                                                              : picture);
+    m_picture->adjustSize();
 }
 
 void EquipmentScreen::removePicture()

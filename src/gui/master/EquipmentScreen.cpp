@@ -203,6 +203,7 @@ void EquipmentScreen::showChildren()
               QStringLiteral("Accumualted Depreciation"), QStringLiteral("Book Value")},
              QStringLiteral("123"));
     showRows(m_pictures, m_attachments.pictures(id), {});
+    showPicture();
     showRows(m_documents, m_attachments.documents(id), {});
     const QDate acquired = findChild<DateBox*>(QStringLiteral("datAcquisitionDate"))->value();
     m_lines.value(QStringLiteral("txtPurchaseYear"))

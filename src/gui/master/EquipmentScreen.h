@@ -121,6 +121,7 @@ private:
     void removePart();
     void recalculate();
     void addPicture();
+    void showPicture();
     void removePicture();
     void addDocument();
     void removeDocument();
@@ -149,5 +150,6 @@ private:
     QTableWidget* m_parts = nullptr;
     QTableWidget* m_depreciationRows = nullptr;
     QTableWidget* m_pictures = nullptr;
+    QLabel* m_picture = nullptr; ///< the picture chosen in m_pictures
     QTableWidget* m_documents = nullptr;
 };

@@ -12,6 +12,7 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QShortcut>
 #include <QStackedWidget>
 #include <QTableWidget>
@@ -387,6 +388,14 @@ QWidget* EquipmentScreen::picturesSection()
     buttons->addWidget(button("cmdAddImage", QStringLiteral("Add Picture")));
     buttons->addWidget(button("cmdRemoveImage", QStringLiteral("Remove Picture")));
     formOf(p)->addRow(buttons);
+    m_picture = new QLabel(p);
+    m_picture->setObjectName(QStringLiteral("picImage"));
+    auto* scroller = new QScrollArea(p);
+    scroller->setObjectName(QStringLiteral("ScrollerImage"));
+    scroller->setWidget(m_picture);
+    scroller->setAlignment(Qt::AlignCenter);
+    formOf(p)->addRow(scroller);
+    connect(m_pictures, &QTableWidget::currentCellChanged, this, &EquipmentScreen::showPicture);
     return p;
 }
 
@@ -398,7 +407,7 @@ QWidget* EquipmentScreen::documentsSection()
     auto* buttons = new QHBoxLayout;
     buttons->addWidget(button("cmdAddDocument", QStringLiteral("Add Document")));
     buttons->addWidget(button("cmdRemoveDocument", QStringLiteral("Remove Document")));
-    buttons->addWidget(button("cmdPreview", QStringLiteral("Preview")));
+    buttons->addWidget(button("cmdPreview", QStringLiteral("&Open")));
     formOf(p)->addRow(buttons);
     return p;
 }
