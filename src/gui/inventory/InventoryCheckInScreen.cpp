@@ -2,6 +2,7 @@
 
 #include "FormPlacement.h"
 #include "NumberCellDelegate.h"
+#include "ScreenFields.h"
 #include "StockWidgets.h"
 
 #include <QCheckBox>
@@ -15,6 +16,7 @@
 #include <QTableWidget>
 #include <QVBoxLayout>
 
+using namespace ScreenFields;
 using namespace StockWidgets;
 
 namespace {

@@ -5,6 +5,7 @@
 #include "NumberCellDelegate.h"
 #include "PartScreen.h"
 #include "Prompter.h"
+#include "ScreenFields.h"
 #include "Session.h"
 #include "StockWidgets.h"
 
@@ -18,6 +19,7 @@
 #include <QTableWidget>
 #include <QVBoxLayout>
 
+using namespace ScreenFields;
 using namespace StockWidgets;
 
 namespace {

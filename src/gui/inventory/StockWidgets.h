@@ -1,19 +1,9 @@
 #pragma once
 
-#include <QPushButton>
 #include <QTableWidgetItem>
 
 // Controls the stock screens share.
 namespace StockWidgets {
-
-/** A named button that Enter in the grid or the search does not press. */
-inline QPushButton* button(QWidget* parent, const char* name, const QString& caption)
-{
-    auto* result = new QPushButton(caption, parent);
-    result->setObjectName(QString::fromLatin1(name));
-    result->setAutoDefault(false);
-    return result;
-}
 
 /** A cell the user reads but does not edit; the value stays in its user role. */
 inline QTableWidgetItem* fixedCell(const QVariant& value)

@@ -4,6 +4,7 @@
 #include "Equipment.h"
 #include "EquipmentManager.h"
 #include "LookupCombo.h"
+#include "ScreenFields.h"
 
 #include <QComboBox>
 #include <QFormLayout>
@@ -23,14 +24,6 @@ QLineEdit* shownText(const QString& name, const QString& text, QWidget* parent)
     edit->setObjectName(name);
     edit->setReadOnly(true);
     return edit;
-}
-
-QPushButton* button(const QString& name, const QString& caption, QWidget* parent)
-{
-    auto* pushButton = new QPushButton(caption, parent);
-    pushButton->setObjectName(name);
-    pushButton->setAutoDefault(false);
-    return pushButton;
 }
 
 } // namespace
@@ -57,8 +50,8 @@ AssignCrewScreen::AssignCrewScreen(Session& session, qint64 equipmentId, QWidget
                  shownText(QStringLiteral("txtOldCrew"), m_oldEntry.trimmed(), this));
     form->addRow(QStringLiteral("New Crew"), m_crew);
 
-    auto* saveButton = button(QStringLiteral("cmdOK"), QStringLiteral("&OK"), this);
-    auto* cancelButton = button(QStringLiteral("cmdCancel"), QStringLiteral("&Cancel"), this);
+    auto* saveButton = ScreenFields::button(this, "cmdOK", QStringLiteral("&OK"));
+    auto* cancelButton = ScreenFields::button(this, "cmdCancel", QStringLiteral("&Cancel"));
     auto* buttons = new QHBoxLayout;
     buttons->addStretch();
     buttons->addWidget(saveButton);

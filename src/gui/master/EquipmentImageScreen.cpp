@@ -1,6 +1,7 @@
 #include "EquipmentImageScreen.h"
 
 #include "EquipmentAttachments.h"
+#include "ScreenFields.h"
 
 #include <QDir>
 #include <QFileDialog>
@@ -31,14 +32,6 @@ QString& nextBrowseFile()
     return path;
 }
 
-QPushButton* button(const QString& name, const QString& caption, QWidget* parent)
-{
-    auto* pushButton = new QPushButton(caption, parent);
-    pushButton->setObjectName(name);
-    pushButton->setAutoDefault(false);
-    return pushButton;
-}
-
 } // namespace
 
 EquipmentImageScreen::EquipmentImageScreen(Session& session, qint64 equipmentId, QWidget* parent)
@@ -54,7 +47,7 @@ EquipmentImageScreen::EquipmentImageScreen(Session& session, qint64 equipmentId,
     m_image->setAlignment(Qt::AlignCenter);
     m_image->setFrameShape(QFrame::StyledPanel);
 
-    auto* browseButton = button(QStringLiteral("cmdBrowse"), QStringLiteral("..."), this);
+    auto* browseButton = ScreenFields::button(this, "cmdBrowse", QStringLiteral("..."));
     auto* pathRow = new QHBoxLayout;
     pathRow->addWidget(m_path);
     pathRow->addWidget(browseButton);
@@ -62,8 +55,8 @@ EquipmentImageScreen::EquipmentImageScreen(Session& session, qint64 equipmentId,
     form->addRow(QStringLiteral("File Path"), pathRow);
     form->addRow(QStringLiteral("File Name"), m_name);
 
-    auto* saveButton = button(QStringLiteral("cmdOK"), QStringLiteral("&OK"), this);
-    auto* exitButton = button(QStringLiteral("cmdExit"), QStringLiteral("&Cancel"), this);
+    auto* saveButton = ScreenFields::button(this, "cmdOK", QStringLiteral("&OK"));
+    auto* exitButton = ScreenFields::button(this, "cmdExit", QStringLiteral("&Cancel"));
     auto* buttons = new QHBoxLayout;
     buttons->addStretch();
     buttons->addWidget(saveButton);

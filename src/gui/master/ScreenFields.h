@@ -26,6 +26,15 @@ inline QComboBox* comboBox(QWidget* parent, const char* name)
     return combo;
 }
 
+/** A named button that Enter in a field or a grid does not press. */
+inline QPushButton* button(QWidget* parent, const char* name, const QString& caption)
+{
+    auto* result = new QPushButton(caption, parent);
+    result->setObjectName(QString::fromLatin1(name));
+    result->setAutoDefault(false);
+    return result;
+}
+
 /** The small button beside a list that opens the screen keeping the list's items. */
 inline QPushButton* listButton(QWidget* parent, const char* name)
 {
