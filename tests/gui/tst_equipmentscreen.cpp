@@ -114,6 +114,28 @@ private slots:
         QCOMPARE(count(t, "tblEquipmentPart"), 1);
     }
 
+    // The model list's button offers the makes of the machine's type, its make chosen.
+    void modelButtonOpensTheModelsUnderTheMake()
+    {
+        TANDRILL_INSTALLATION(t);
+        QSqlQuery q(t.session().db());
+        QVERIFY(Sql::exec(q, u"INSERT INTO tblIndicator (ItemID, ParentID, ItemName, Show) VALUES "
+                             "(900, 4, 'Mower', -1), (901, 900, 'Acme', -1), "
+                             "(902, 901, 'M1', -1)"_s));
+        QVERIFY(Sql::exec(q, u"INSERT INTO tblEquipment (EquipmentID, EquipmentName, UnitNo, "
+                             "EquipmentType, EquipmentMake, EquipmentModel) "
+                             "VALUES (1, 'Mower', 'U1', 900, 901, 902)"_s));
+        EquipmentScreen screen(t.session());
+        screen.show();
+        QString shown;
+        onModal("frmIndicator", [&](QWidget* lookup) {
+            shown = child<QComboBox>(*lookup, "cboParentType")->currentText();
+            click(*lookup, "cmdExit");
+        });
+        click(screen, "cmdModel");
+        QCOMPARE(shown, u"Acme"_s);
+    }
+
     void deletesOnlyWithoutAWorkOrder_data()
     {
         QTest::addColumn<bool>("workOrder");

@@ -163,14 +163,16 @@ void EquipmentScreen::wireListButtons()
     connect(findChild<QPushButton*>(QStringLiteral("cmdModel")), &QPushButton::clicked, this,
             [this, make] {
                 QComboBox* model = m_lists.value(QStringLiteral("cboModel"));
-                const qint64 parentItem = LookupCombo::currentId(make);
-                if (parentItem == 0) {
+                if (LookupCombo::currentId(make) == 0) {
                     session().prompter().inform(MakeFirst);
                     return;
                 }
+                // The make selector offers the makes of the machine's type.
+                const qint64 type =
+                    LookupCombo::currentId(m_lists.value(QStringLiteral("cboType")));
                 const qint64 chosen = LookupCombo::currentId(model);
                 IndicatorScreen::showIndicatorDetail(session(), int(IndicatorList::Model), chosen,
-                                                     parentItem, false, this);
+                                                     type, false, this);
                 setFieldQuietly([this, model, make, chosen] {
                     loadDependent(model, make);
                     LookupCombo::selectId(model, chosen);
