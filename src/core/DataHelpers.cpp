@@ -292,6 +292,18 @@ qint64 generateUniqueId(const QDateTime& moment)
     return moment.toString(QStringLiteral("MMddHHmmss")).toLongLong();
 }
 
+Rows read(Session& session, const QString& module, const QString& procedure, const QString& sql,
+          const QVariantList& values)
+{
+    QSqlQuery q(session.db());
+    q.setForwardOnly(true);
+    if (!Sql::exec(q, sql, values)) {
+        errorHandler(session, Sql::failure(module, procedure, q.lastError()));
+        return {};
+    }
+    return readAll(q);
+}
+
 Rows tableInfo(Session& session, const QString& table, const SqlFilter& filter,
                const QString& orderBy)
 {

@@ -49,6 +49,13 @@ qint64 generateIdWithIndicator(Session& session, const QString& column, const QS
 qint64 generateUniqueId(const QDateTime& moment);
 
 /** All rows of table that pass the filter, in the given order ("Col" or "Col DESC, Col2"). */
+/**
+ * The rows of a statement with bound values; a failure is reported under
+ * module and procedure and gives no rows.
+ */
+Rows read(Session& session, const QString& module, const QString& procedure, const QString& sql,
+          const QVariantList& values = {});
+
 Rows tableInfo(Session& session, const QString& table, const SqlFilter& filter = {},
                const QString& orderBy = QString());
 /** The same, reported under its own name. */

@@ -24,7 +24,7 @@ Rows InventoryCheckIn::list(bool reorderOnly, const QString& search)
         sql += QStringLiteral(" WHERE ") + terms.join(QStringLiteral(" AND "));
     }
     sql += QStringLiteral(" ORDER BY LOWER(PartID)");
-    return PartQueries::read(m_session, Module, QStringLiteral("ShowGrid"), sql, filter.values);
+    return DataHelpers::read(m_session, Module, QStringLiteral("ShowGrid"), sql, filter.values);
 }
 
 bool InventoryCheckIn::save(const QList<Receipt>& receipts)

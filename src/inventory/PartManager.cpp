@@ -52,13 +52,13 @@ QVariantList columnValues(const Part& part)
 
 Rows PartManager::list()
 {
-    return PartQueries::read(m_session, Module, QStringLiteral("GetPartInfo"),
+    return DataHelpers::read(m_session, Module, QStringLiteral("GetPartInfo"),
                              QStringLiteral("SELECT * FROM tblPart ORDER BY LOWER(PartID)"));
 }
 
 Rows PartManager::suppliers()
 {
-    return PartQueries::read(m_session, Module, QStringLiteral("GetSupplierInfo"),
+    return DataHelpers::read(m_session, Module, QStringLiteral("GetSupplierInfo"),
                              QStringLiteral("SELECT * FROM tblSupplier ORDER BY LOWER(Name)"));
 }
 
@@ -111,7 +111,7 @@ QString PartManager::numberInUse(const QString& number, const QString& oldNumber
                                   number, oldNumber, false)) {
         return QString();
     }
-    const Rows owner = PartQueries::read(
+    const Rows owner = DataHelpers::read(
         m_session, Module, QStringLiteral("txtPartID_Validate"),
         QStringLiteral("SELECT Description FROM tblPart WHERE LOWER(PartID) = LOWER(?)"),
         {number.trimmed()});
@@ -157,7 +157,7 @@ QString PartManager::canDeletePart(const QString& partId)
 
 double PartManager::partCommitted(const QString& partId)
 {
-    const Rows sum = PartQueries::read(
+    const Rows sum = DataHelpers::read(
         m_session, Module, QStringLiteral("PartCommited"),
         QStringLiteral("SELECT SUM(QuantityRequired) FROM tblWoPartUsed WHERE PartID = ?"),
         {partId});

@@ -85,7 +85,7 @@ Rows PartPicker::list(const QString& excludeText, const QString& search)
         values += filter.values;
     }
     sql += QStringLiteral(" ORDER BY LOWER(tblPart.PartID)");
-    return PartQueries::read(m_session, Module, QStringLiteral("ShowGrid"), sql, values);
+    return DataHelpers::read(m_session, Module, QStringLiteral("ShowGrid"), sql, values);
 }
 
 QString PartPicker::resultText(const QList<Pick>& picks)

@@ -1,29 +1,9 @@
 #include "PartQueries.h"
 
-#include "ErrorHandler.h"
 #include "Session.h"
-#include "Sql.h"
 
-#include <QSqlError>
-#include <QSqlQuery>
 
 namespace PartQueries {
-
-Rows read(Session& session, const QString& module, const QString& procedure, const QString& sql,
-          const QVariantList& values)
-{
-    QSqlQuery q(session.db());
-    q.setForwardOnly(true);
-    Rows rows;
-    if (!Sql::exec(q, sql, values)) {
-        errorHandler(session, Sql::failure(module, procedure, q.lastError()));
-        return rows;
-    }
-    while (q.next()) {
-        rows.append(q.record());
-    }
-    return rows;
-}
 
 SqlFilter startsWith(const QString& text, const QString& prefix)
 {

@@ -3,12 +3,9 @@
 #include "ErrorHandler.h"
 #include "MessageTexts.h"
 #include "Session.h"
-#include "Sql.h"
 #include "WriteScope.h"
 
 #include <QLocale>
-#include <QSqlError>
-#include <QSqlQuery>
 #include <cmath>
 
 namespace {
@@ -115,21 +112,12 @@ bool Depreciation::recalculate(qint64 equipmentId, const DepreciationInputs& inp
 
 Rows Depreciation::rows(qint64 equipmentId)
 {
-    Rows rows;
-    QSqlQuery q(m_session.db());
-    q.setForwardOnly(true);
-    if (!Sql::exec(q,
-                   QStringLiteral("SELECT EndofYear AS \"End of Year\", AnnualDepreciation AS "
-                                  "\"Annual Depreciation\", AccumualtedDepreciation AS "
-                                  "\"Accumualted Depreciation\", BookValue AS \"Book Value\", "
-                                  "EquipmentID AS \"EquipmentID\" FROM tblEquipmentDepreciation "
-                                  "WHERE EquipmentID = ? ORDER BY EndofYear"),
-                   {equipmentId})) {
-        errorHandler(m_session, Sql::failure(Module, DisplayProcedure, q.lastError()));
-        return rows;
-    }
-    while (q.next()) {
-        rows.append(q.record());
-    }
-    return rows;
+    return DataHelpers::read(
+        m_session, Module, DisplayProcedure,
+        QStringLiteral("SELECT EndofYear AS \"End of Year\", AnnualDepreciation AS "
+                       "\"Annual Depreciation\", AccumualtedDepreciation AS "
+                       "\"Accumualted Depreciation\", BookValue AS \"Book Value\", "
+                       "EquipmentID AS \"EquipmentID\" FROM tblEquipmentDepreciation "
+                       "WHERE EquipmentID = ? ORDER BY EndofYear"),
+        {equipmentId});
 }

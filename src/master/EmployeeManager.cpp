@@ -1,15 +1,11 @@
 #include "EmployeeManager.h"
 
-#include "ErrorHandler.h"
 #include "LabourCost.h"
 #include "Prompter.h"
 #include "Session.h"
-#include "Sql.h"
 #include "SqlValue.h"
 #include "WriteScope.h"
 
-#include <QSqlError>
-#include <QSqlQuery>
 
 const QString EmployeeManager::EmptyPhone = QStringLiteral("(   )    -            ");
 const QString EmployeeManager::LabourQuestion =
@@ -162,15 +158,5 @@ QString EmployeeManager::canDeleteEmployee(const QString& employeeId)
 
 Rows EmployeeManager::read(const QString& procedure, const QString& sql)
 {
-    Rows rows;
-    QSqlQuery q(m_session.db());
-    q.setForwardOnly(true);
-    if (!Sql::exec(q, sql)) {
-        errorHandler(m_session, Sql::failure(Module, procedure, q.lastError()));
-        return rows;
-    }
-    while (q.next()) {
-        rows.append(q.record());
-    }
-    return rows;
+    return DataHelpers::read(m_session, Module, procedure, sql);
 }

@@ -258,15 +258,5 @@ bool EquipmentAttachments::removeAfterQuestion(const QString& sql, const QVarian
 
 Rows EquipmentAttachments::names(const QString& sql, qint64 equipmentId, const QString& procedure)
 {
-    Rows rows;
-    QSqlQuery q(m_session.db());
-    q.setForwardOnly(true);
-    if (!Sql::exec(q, sql, {equipmentId})) {
-        errorHandler(m_session, Sql::failure(Module, procedure, q.lastError()));
-        return rows;
-    }
-    while (q.next()) {
-        rows.append(q.record());
-    }
-    return rows;
+    return DataHelpers::read(m_session, Module, procedure, sql, {equipmentId});
 }

@@ -1,14 +1,10 @@
 #include "EquipmentManager.h"
 
-#include "ErrorHandler.h"
 #include "MessageTexts.h"
 #include "Session.h"
-#include "Sql.h"
 #include "SqlValue.h"
 #include "WriteScope.h"
 
-#include <QSqlError>
-#include <QSqlQuery>
 #include <QSqlRecord>
 #include <variant>
 
@@ -365,15 +361,5 @@ QStringList EquipmentManager::leaseCaptions(int leaseOwnedLeased)
 Rows EquipmentManager::read(const QString& procedure, const QString& sql,
                             const QVariantList& values)
 {
-    Rows rows;
-    QSqlQuery q(m_session.db());
-    q.setForwardOnly(true);
-    if (!Sql::exec(q, sql, values)) {
-        errorHandler(m_session, Sql::failure(Module, procedure, q.lastError()));
-        return rows;
-    }
-    while (q.next()) {
-        rows.append(q.record());
-    }
-    return rows;
+    return DataHelpers::read(m_session, Module, procedure, sql, values);
 }

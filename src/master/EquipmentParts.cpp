@@ -1,13 +1,9 @@
 #include "EquipmentParts.h"
 
-#include "ErrorHandler.h"
 #include "PartPicker.h"
 #include "Session.h"
-#include "Sql.h"
 #include "WriteScope.h"
 
-#include <QSqlError>
-#include <QSqlQuery>
 
 namespace {
 
@@ -22,22 +18,12 @@ QVariant numberOrNull(const QString& text)
 
 Rows EquipmentParts::rows(qint64 equipmentId)
 {
-    Rows rows;
-    QSqlQuery q(m_session.db());
     const QString sql = QStringLiteral(
         "SELECT tblEquipmentPart.PartID, tblPart.Description, tblEquipmentPart.QuantityRequired, "
         "tblEquipmentPart.QuantityRequired * tblEquipmentPart.Price AS ExtendedCost "
         "FROM tblEquipmentPart LEFT JOIN tblPart ON tblPart.PartID = tblEquipmentPart.PartID "
         "WHERE tblEquipmentPart.EquipmentID = ? ORDER BY tblEquipmentPart.PartID");
-    if (!Sql::exec(q, sql, {equipmentId})) {
-        errorHandler(m_session,
-                     Sql::failure(Module, QStringLiteral("FillPartGrid"), q.lastError()));
-        return rows;
-    }
-    while (q.next()) {
-        rows.append(q.record());
-    }
-    return rows;
+    return DataHelpers::read(m_session, Module, QStringLiteral("FillPartGrid"), sql, {equipmentId});
 }
 
 QString EquipmentParts::excludeText(qint64 equipmentId)
