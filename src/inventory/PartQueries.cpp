@@ -2,7 +2,6 @@
 
 #include "Session.h"
 
-
 namespace PartQueries {
 
 SqlFilter startsWith(const QString& text, const QString& prefix)

@@ -6,7 +6,6 @@
 #include "SqlValue.h"
 #include "WriteScope.h"
 
-
 const QString EmployeeManager::EmptyPhone = QStringLiteral("(   )    -            ");
 const QString EmployeeManager::LabourQuestion =
     QStringLiteral("Do you to update all the labor costs in every service that this employee is "

@@ -4,7 +4,6 @@
 #include "Session.h"
 #include "WriteScope.h"
 
-
 namespace {
 
 const QString Module = QStringLiteral("frmEquipment");

@@ -2,7 +2,6 @@
 
 #include "Session.h"
 
-
 namespace StateList {
 
 namespace {
