@@ -48,7 +48,6 @@ qint64 generateIdWithIndicator(Session& session, const QString& column, const QS
 /** The key of equipment and master services: the moment as "MMddHHmmss". */
 qint64 generateUniqueId(const QDateTime& moment);
 
-/** All rows of table that pass the filter, in the given order ("Col" or "Col DESC, Col2"). */
 /**
  * The rows of a statement with bound values; a failure is reported under
  * module and procedure and gives no rows.
@@ -56,6 +55,7 @@ qint64 generateUniqueId(const QDateTime& moment);
 Rows read(Session& session, const QString& module, const QString& procedure, const QString& sql,
           const QVariantList& values = {});
 
+/** All rows of table that pass the filter, in the given order ("Col" or "Col DESC, Col2"). */
 Rows tableInfo(Session& session, const QString& table, const SqlFilter& filter = {},
                const QString& orderBy = QString());
 /** The same, reported under its own name. */
