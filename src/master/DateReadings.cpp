@@ -52,16 +52,12 @@ QString latin(const char* text)
 /** How an old date is named in the fault message. */
 const QString FaultDateFormat = QStringLiteral("MM/dd/yyyy");
 
-/**
- * A remembered date: as the range shows it, two-digit year in the century
- * nearest today, or with the year written whole.
- */
+/** A remembered date as the range shows it, its two-digit year in the century nearest today. */
 QDate readRangeDate(const QString& text, const QDate& today)
 {
-    const QString trimmed = text.trimmed();
-    QDate day = QDate::fromString(trimmed, DateReadings::RangeFormat);
+    QDate day = QDate::fromString(text.trimmed(), DateReadings::RangeFormat);
     if (!day.isValid()) {
-        return QDate::fromString(trimmed, QStringLiteral("M/d/yyyy"));
+        return day;
     }
     constexpr int HalfCentury = 50;
     day = day.addYears((today.year() / 100 - day.year() / 100) * 100);
