@@ -75,7 +75,8 @@ DateReadingScreen::DateReadingScreen(Session& session, DateReadings::Kind kind, 
     m_grid = new QTableWidget(0, ColumnCount, this);
     m_grid->setObjectName(m_readings.gridName());
     m_grid->setHorizontalHeaderLabels(m_readings.heads());
-    m_grid->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    m_grid->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    m_grid->horizontalHeader()->setSectionResizeMode(EquipmentName, QHeaderView::Stretch);
     m_grid->verticalHeader()->hide();
     m_grid->setItemDelegateForColumn(OldDate, new DateDelegate(m_grid));
     m_grid->setItemDelegateForColumn(NewDate, new DateDelegate(m_grid));
