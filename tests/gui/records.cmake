@@ -20,3 +20,9 @@ tandrill_add_test(tst_equipmentscreen SOURCES ${CMAKE_CURRENT_LIST_DIR}/tst_equi
 tandrill_add_test(tst_equipmentsmallscreens
     SOURCES ${CMAKE_CURRENT_LIST_DIR}/tst_equipmentsmallscreens.cpp
     LIBS tandrill_gui_master GUI BOTH_ENGINES)
+# The services screen in both modes and the service picker.
+tandrill_add_test(tst_servicesscreen SOURCES ${CMAKE_CURRENT_LIST_DIR}/tst_servicesscreen.cpp
+    LIBS tandrill_gui_schedule GUI BOTH_ENGINES)
+tandrill_add_test(tst_servicesmanagerscreen
+    SOURCES ${CMAKE_CURRENT_LIST_DIR}/tst_servicesmanagerscreen.cpp
+    LIBS tandrill_gui_schedule GUI BOTH_ENGINES)
