@@ -24,6 +24,8 @@
 #include "QuickFindScreen.h"
 #include "ReportPreviewScreen.h"
 #include "ScriptedPrompter.h"
+#include "ServicesManagerScreen.h"
+#include "ServicesScreen.h"
 #include "Session.h"
 #include "SetupScreen.h"
 #include "SiteScreen.h"
@@ -215,6 +217,12 @@ ScreenCatalogue wireScreens(MainScreen& main, Session& session)
     wireViewAndAdd(QStringLiteral("frmEmployee"), &EmployeeScreen::showEmployeeDetail,
                    QStringLiteral("Employee"));
     wireViewAndAdd(QStringLiteral("frmPart"), &PartScreen::showPartDetail, QStringLiteral("Part"));
+    wireViewAndAdd(QStringLiteral("frmServices"), &ServicesScreen::showServicesDetail,
+                   QStringLiteral("Service"));
+    // The navigator's "Services" follows mnuViewService.
+    screens.insert(QStringLiteral("frmServicesManager"), [&session, &main] {
+        ServicesManagerScreen::pickServices(session, {}, 0, &main);
+    });
     // The View menu's entry keeps its old spelling, so it is wired by hand.
     main.setHandler(QStringLiteral("mnuViewEqipment"),
                     onMain(&EquipmentScreen::showEquipmentDetail, RecordScreen::Mode::Browse));

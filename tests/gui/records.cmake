@@ -24,3 +24,9 @@ tandrill_add_test(tst_equipmentsmallscreens
 tandrill_add_test(tst_datereadingscreen
     SOURCES ${CMAKE_CURRENT_LIST_DIR}/tst_datereadingscreen.cpp
     LIBS tandrill_gui_master GUI BOTH_ENGINES)
+# The services screen in both modes and the service picker.
+tandrill_add_test(tst_servicesscreen SOURCES ${CMAKE_CURRENT_LIST_DIR}/tst_servicesscreen.cpp
+    LIBS tandrill_gui_schedule GUI BOTH_ENGINES)
+tandrill_add_test(tst_servicesmanagerscreen
+    SOURCES ${CMAKE_CURRENT_LIST_DIR}/tst_servicesmanagerscreen.cpp
+    LIBS tandrill_gui_schedule GUI BOTH_ENGINES)
