@@ -129,6 +129,59 @@ private slots:
         QCOMPARE(t.prompter().texts(),
                  QStringList{u"Enter the last count that this service was performed."_s});
     }
+
+    void typedReadingIsCheckedInOrder_data()
+    {
+        QTest::addColumn<int>("count"); // -1: left blank
+        QTest::addColumn<int>("dayOffset");
+        QTest::addColumn<bool>("onWorkOrder");
+        QTest::addColumn<QString>("refusal");
+        QTest::addColumn<int>("movedTo"); // the date the date check leaves, as an offset
+        // The last hour reading is 500, ten days ago.
+        QTest::newRow("blank before all") << -1 << 5 << true << ReadingMessages::CountBlank << 0;
+        QTest::newRow("below last before work order")
+            << 499 << 0 << true << ReadingMessages::CountBelowLast << 0;
+        QTest::newRow("work order line of the period")
+            << 900 << 0 << true << ReadingMessages::ServiceInProcess << 0;
+        QTest::newRow("date before last")
+            << 900 << -11 << false << ReadingMessages::DateBeforeLast << -10;
+        QTest::newRow("date after today")
+            << 900 << 1 << false << ReadingMessages::DateAfterToday << 0;
+        QTest::newRow("equal count on last date") << 500 << -10 << false << QString() << -10;
+    }
+
+    void typedReadingIsCheckedInOrder()
+    {
+        QFETCH(int, count);
+        QFETCH(int, dayOffset);
+        QFETCH(bool, onWorkOrder);
+        QFETCH(QString, refusal);
+        QFETCH(int, movedTo);
+        TANDRILL_INSTALLATION(t);
+        Session& s = t.session();
+        QVERIFY(addMachineAndServices(s));
+        const QDate today = s.today();
+        QVERIFY(run(s,
+                    u"INSERT INTO tblEquipmentCount (EquipmentID, ChangeDate, CountType, "
+                    "CountValue) VALUES (7, ?, 'Hours', 500)"_s,
+                    {SqlValue::date(today.addDays(-10))}));
+        // A line of another period or machine does not hold the readings back.
+        QVERIFY(run(s, u"INSERT INTO tblWoServiceUsed (WorkOrderNo, ServiceUsedID, EquipmentID, "
+                       "Period) VALUES (1, 5, 7, 'I'), (1, 6, 8, 'H')"_s));
+        if (onWorkOrder) {
+            QVERIFY(run(s, u"INSERT INTO tblWoServiceUsed (WorkOrderNo, ServiceUsedID, "
+                           "EquipmentID, Period) VALUES (2, 1, 7, 'H')"_s));
+        }
+        MeterReadings readings(s);
+        const QDate day = today.addDays(dayOffset);
+        QCOMPARE(readings.checkDate(7, u"Hours"_s, day).date, today.addDays(movedTo));
+        QString refused;
+        const bool stored = readings.addCheckedCount(
+            7, day, u"Hours"_s, count < 0 ? std::nullopt : std::optional<qint64>(count), &refused);
+        QCOMPARE(refused, refusal);
+        QCOMPARE(stored, refusal.isEmpty());
+        QCOMPARE(value(s, u"SELECT COUNT(*) FROM tblEquipmentCount"_s).toInt(), stored ? 2 : 1);
+    }
 };
 
 QTEST_GUILESS_MAIN(TestMeterReadings)
