@@ -20,3 +20,9 @@ tandrill_add_test(tst_equipmentscreen SOURCES ${CMAKE_CURRENT_LIST_DIR}/tst_equi
 tandrill_add_test(tst_equipmentsmallscreens
     SOURCES ${CMAKE_CURRENT_LIST_DIR}/tst_equipmentsmallscreens.cpp
     LIBS tandrill_gui_master GUI BOTH_ENGINES)
+# The meter reading form and the count sheet, wired to the reading logic.
+tandrill_add_test(tst_countreadingscreen SOURCES ${CMAKE_CURRENT_LIST_DIR}/tst_countreadingscreen.cpp
+    LIBS tandrill_gui_schedule GUI BOTH_ENGINES)
+tandrill_add_test(tst_equipmentreadingscreen
+    SOURCES ${CMAKE_CURRENT_LIST_DIR}/tst_equipmentreadingscreen.cpp
+    LIBS tandrill_gui_schedule GUI BOTH_ENGINES)
