@@ -3,12 +3,14 @@
 
 #include "AssignCrewScreen.h"
 #include "CostCenterScreen.h"
+#include "CountReadingScreen.h"
 #include "CrewScreen.h"
 #include "DateReadingScreen.h"
 #include "DesktopStart.h"
 #include "EmployeeScreen.h"
 #include "EquipmentImageScreen.h"
 #include "EquipmentManager.h"
+#include "EquipmentReadingScreen.h"
 #include "EquipmentScreen.h"
 #include "IndicatorScreen.h"
 #include "InventoryCheckInScreen.h"
@@ -18,6 +20,7 @@
 #include "MainScreen.h"
 #include "MainScreenshot.h"
 #include "MessageBoxPrompter.h"
+#include "MessageTexts.h"
 #include "PartManagerScreen.h"
 #include "PartQuickFindScreen.h"
 #include "PartScreen.h"
@@ -30,6 +33,7 @@
 #include "SetupScreen.h"
 #include "SiteScreen.h"
 #include "SupplierScreen.h"
+#include "UserRights.h"
 
 #include <QApplication>
 #include <QHash>
@@ -93,10 +97,40 @@ void wireMachineDialogs(MainScreen& main, Session& session, ScreenCatalogue& scr
             }
         };
     };
+    screens.insert(QStringLiteral("frmCountReading"),
+                   onFirstMachine(&CountReadingScreen::showCountReadingForm));
     screens.insert(QStringLiteral("frmEquipmentImage"),
                    onFirstMachine(&EquipmentImageScreen::showEquipmentImageDetail));
     screens.insert(QStringLiteral("frmAssignCrew"),
                    onFirstMachine(&AssignCrewScreen::showAssignCrew));
+}
+
+/**
+ * Meter readings. Record Count reads one machine: the machine is found
+ * first, as the navigator's Equipment entry finds it. The count sheet
+ * opens from the toolbar, and tells a user without the right why not.
+ */
+void wireReadings(MainScreen& main, Session& session, ScreenCatalogue& screens)
+{
+    main.setHandler(QStringLiteral("mnuRecordCount"), [&session, &main] {
+        const QString machine = QuickFindScreen::showQuickFind(
+            session, QStringLiteral("tblEquipment"), QStringLiteral("UnitNo"),
+            QStringLiteral("Unit No"), QStringLiteral("frmCountReading"), {}, &main);
+        if (!machine.isEmpty()) {
+            CountReadingScreen::showCountReadingForm(session, machine.toLongLong(), &main);
+        }
+    });
+    const auto openSheet = [&session, &main] {
+        EquipmentReadingScreen::showEquipmentReading(session, &main);
+    };
+    main.setHandler(QStringLiteral("cmdToolbar_2"), [&session, openSheet] {
+        if (session.rights().has(UserRights::EqCountSheet)) {
+            openSheet();
+        } else {
+            session.prompter().inform(MessageTexts::NoReportRights);
+        }
+    });
+    screens.insert(QStringLiteral("frmEquipmentReading"), openSheet);
 }
 
 /**
@@ -249,6 +283,7 @@ ScreenCatalogue wireScreens(MainScreen& main, Session& session)
     wireMachineDialogs(main, session, screens);
     wireDateReadings(main, session, screens);
     wireFinders(main, session, screens);
+    wireReadings(main, session, screens);
     return screens;
 }
 

@@ -4,6 +4,7 @@
 #include "InitCommand.h"
 #include "Installation.h"
 #include "NextDateCommand.h"
+#include "ReadingCommand.h"
 #include "ReportCommand.h"
 #include "SqlCommand.h"
 
@@ -23,6 +24,9 @@ Command commandNamed(const QString& name)
     }
     if (name == QLatin1String("next-date")) {
         return NextDateCommand::run;
+    }
+    if (name == QLatin1String("reading")) {
+        return ReadingCommand::run;
     }
     if (name == QLatin1String("report")) {
         return ReportCommand::run;
@@ -54,6 +58,11 @@ QString usageText()
         "      Prints the next date of a service on a machine (tblServiceUsed) as\n"
         "      yyyy-MM-dd, or \"none\"; --all prints \"ServiceUsedID<TAB>date\" for each.\n"
         "      --given stands for the last dates performed and scheduled.\n"
+        "  reading EQUIPMENTID TYPE VALUE [--date yyyy-MM-dd]\n"
+        "      Stores a meter reading (TYPE Counts, Hours, Kilometers or Miles) dated\n"
+        "      today or --date, and makes the machine's meter services due that it\n"
+        "      reaches. A reading below the last, dated before the last or after\n"
+        "      today, or of a period with a work order line open is refused.\n"
         "  report --list\n"
         "      Lists the reports: procedure, layout and title, separated by tabs.\n"
         "  report NAME [--where TEXT [--value V]...] [--yes] [--format pdf|xlsx|csv]\n"

@@ -46,6 +46,52 @@ bool MeterReadings::addCount(qint64 equipmentId, const QDate& date, const QStrin
     return write.ok() && applyReadingRule(equipmentId) && write.commit();
 }
 
+QString MeterReadings::countRefusal(qint64 equipmentId, const QString& countType,
+                                    const std::optional<qint64>& value)
+{
+    if (!value) {
+        return ReadingMessages::CountBlank;
+    }
+    if (*value < latest(equipmentId, countType).value) {
+        return ReadingMessages::CountBelowLast;
+    }
+    if (serviceInProcess(equipmentId, countType)) {
+        return ReadingMessages::ServiceInProcess;
+    }
+    return QString();
+}
+
+bool MeterReadings::serviceInProcess(qint64 equipmentId, const QString& countType)
+{
+    return DataHelpers::recordCount(m_session, QStringLiteral("tblWoServiceUsed"),
+                                    {QStringLiteral("Period = ? AND EquipmentID = ?"),
+                                     {ScheduleCodes::periodCode(countType), equipmentId}}) > 0;
+}
+
+MeterReadings::DateCheck MeterReadings::checkDate(qint64 equipmentId, const QString& countType,
+                                                  const QDate& date)
+{
+    const Reading last = latest(equipmentId, countType);
+    if (last.exists && last.date.isValid() && date < last.date) {
+        return {last.date, ReadingMessages::DateBeforeLast};
+    }
+    if (date > m_session.today()) {
+        return {m_session.today(), ReadingMessages::DateAfterToday};
+    }
+    return {date, QString()};
+}
+
+bool MeterReadings::addCheckedCount(qint64 equipmentId, const QDate& date, const QString& countType,
+                                    const std::optional<qint64>& value, QString* refusal,
+                                    qint64 serviceUsedId)
+{
+    *refusal = countRefusal(equipmentId, countType, value);
+    if (refusal->isEmpty()) {
+        *refusal = checkDate(equipmentId, countType, date).refusal;
+    }
+    return refusal->isEmpty() && addCount(equipmentId, date, countType, *value, serviceUsedId);
+}
+
 bool MeterReadings::applyReadingRule(qint64 equipmentId)
 {
     WriteScope write(m_session, Module, QStringLiteral("CheckMeterLogic"));

@@ -3,9 +3,24 @@
 #include <QDate>
 #include <QString>
 #include <functional>
+#include <optional>
 
 class Session;
 class WriteScope;
+
+/** Why a reading is refused; each is shown as it stands. */
+namespace ReadingMessages {
+inline const QString CountBlank = QStringLiteral("New count value shouldn't be blank.");
+inline const QString CountBelowLast =
+    QStringLiteral("New count value should be greater than or equal to last count value.");
+inline const QString ServiceInProcess =
+    QStringLiteral("Service is in-proccess for this equipment counts cann't be added till the "
+                   "service over.");
+inline const QString DateBeforeLast =
+    QStringLiteral("New  date cann't be less than to last count date.");
+inline const QString DateAfterToday =
+    QStringLiteral("New  date cann't be greater than to current date.");
+} // namespace ReadingMessages
 
 /**
  * The meter readings of the machines (tblEquipmentCount) and the rule that
@@ -44,6 +59,34 @@ public:
      */
     bool addCount(qint64 equipmentId, const QDate& date, const QString& countType, qint64 value,
                   qint64 serviceUsedId = 0);
+
+    /** A date a reading may take, and why the one asked for was moved there. */
+    struct DateCheck
+    {
+        QDate date;
+        QString refusal; ///< empty when the date asked for stands
+    };
+
+    /**
+     * Why a typed count cannot be stored, in the order the user is told: blank
+     * (no value), below the latest reading, or a work order line of the type's
+     * period open on the machine. Empty when it can be stored; an equal count can.
+     */
+    QString countRefusal(qint64 equipmentId, const QString& countType,
+                         const std::optional<qint64>& value);
+    /** True while an open work order line of the count type's period stands on the machine. */
+    bool serviceInProcess(qint64 equipmentId, const QString& countType);
+    /** A reading is dated neither before the latest one of its type nor after today. */
+    DateCheck checkDate(qint64 equipmentId, const QString& countType, const QDate& date);
+
+    /**
+     * A reading typed by the user: the count checks, then the date check, then
+     * addCount. True when stored; false with refusal set when refused, or with
+     * it empty after a reported failure. Nothing is written when refused.
+     */
+    bool addCheckedCount(qint64 equipmentId, const QDate& date, const QString& countType,
+                         const std::optional<qint64>& value, QString* refusal,
+                         qint64 serviceUsedId = 0);
 
     /** Gives every meter service of the machine without a date the date its count was reached. */
     bool applyReadingRule(qint64 equipmentId);

@@ -1,4 +1,5 @@
 #include "CliHome.h"
+#include "MeterReadings.h"
 #include "PasswordHash.h"
 #include "Store.h"
 #include "TestInstallation.h"
@@ -223,6 +224,26 @@ private slots:
         // Kept under the day taken as today, not the machine's own.
         QCOMPARE(h.value(u"SELECT COUNT(*) FROM tblErrorList WHERE ErrDateTime < '2025-06-02'"_s),
                  QString::number(kept));
+    }
+
+    void readingIsStoredOrRefusedWithNothingWritten()
+    {
+        TANDRILL_CLI_HOME(h);
+        QCOMPARE(h.run({u"sql"_s, u"INSERT INTO tblEquipment (EquipmentID, EquipmentName, "
+                                  "UnitNo, Inactive) VALUES (9, 'Mower', 'U9', '0')"_s})
+                     .code,
+                 0);
+        const QString id = addService(h, u"H 100 1"_s);
+        QCOMPARE(h.run({u"reading"_s, u"9"_s, u"Hours"_s, u"500"_s}).code, 0);
+        // The rule ran: 500 reached the service's count, so it is due today.
+        QCOMPARE(
+            h.value(u"SELECT NextScheduledDate FROM tblServiceUsed WHERE ServiceUsedID = "_s + id),
+            u"2025-03-01"_s);
+        const CliResult r =
+            h.run({u"reading"_s, u"9"_s, u"Hours"_s, u"600"_s, u"--date=2025-03-02"_s});
+        QCOMPARE(r.code, 1);
+        QCOMPARE(r.err, ReadingMessages::DateAfterToday + u'\n');
+        QCOMPARE(h.value(u"SELECT COUNT(*) FROM tblEquipmentCount"_s), u"1"_s);
     }
 
     // The program itself, as a shell runs it, on a demo fleet.

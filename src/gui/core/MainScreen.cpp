@@ -29,6 +29,7 @@ namespace {
 const QColor HeaderBackground{175, 179, 186};
 const QColor LogoForeground{36, 71, 109};
 const QString UpdateDatabase = QStringLiteral("mnuUpdateDatabase");
+const QString EquipmentReading = QStringLiteral("cmdToolbar_2");
 const QString InventoryCheckIn = QStringLiteral("cmdToolbar_4");
 const QString NoUser;
 const QString ChiefUser = QStringLiteral("CHIEF");
@@ -307,9 +308,11 @@ void MainScreen::buildToolBar()
         {QStringLiteral("mnuRecordCount"), QStringLiteral("Record Count"),
          QStyle::SP_FileDialogInfoView},
         {QStringLiteral("mnuAddPart"), QStringLiteral("Add Part"), QStyle::SP_FileDialogNewFolder},
+        {EquipmentReading, QStringLiteral("Equipment Reading"), QStyle::SP_FileDialogListView},
         {InventoryCheckIn, QStringLiteral("Inventory CheckIn"), QStyle::SP_ArrowDown},
     };
-    // Stock is received from the toolbar alone: no menu has an entry for it.
+    // Stock is received and the count sheet filled from the toolbar alone: no menu has entries.
+    addToolEntry(EquipmentReading, QStringLiteral("Equipment Reading"));
     addToolEntry(InventoryCheckIn, QStringLiteral("Inventory CheckIn"));
     // The buttons are the menu entries themselves, so they share their handler and state.
     for (const Button& button : buttons) {
