@@ -29,6 +29,7 @@ tandrill_add_test(tst_servicesscreen SOURCES ${CMAKE_CURRENT_LIST_DIR}/tst_servi
     LIBS tandrill_gui_schedule GUI BOTH_ENGINES)
 tandrill_add_test(tst_servicesmanagerscreen
     SOURCES ${CMAKE_CURRENT_LIST_DIR}/tst_servicesmanagerscreen.cpp
+    LIBS tandrill_gui_schedule GUI BOTH_ENGINES)
 # The meter reading form and the count sheet, wired to the reading logic.
 tandrill_add_test(tst_countreadingscreen SOURCES ${CMAKE_CURRENT_LIST_DIR}/tst_countreadingscreen.cpp
     LIBS tandrill_gui_schedule GUI BOTH_ENGINES)
