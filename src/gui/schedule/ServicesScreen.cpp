@@ -1,5 +1,6 @@
 #include "ServicesScreen.h"
 
+#include "CountReadingScreen.h"
 #include "DateBox.h"
 #include "FieldExit.h"
 #include "LabourCost.h"
@@ -68,7 +69,7 @@ ServicesScreen::ServicesScreen(Session& session, ServicesManager::Kind kind, qin
                    kind == ServicesManager::Kind::Master ? QStringLiteral("ServiceID")
                                                          : QStringLiteral("ServiceUsedID"),
                    parent),
-      m_kind(kind), m_copyId(serviceUsedId), m_manager(session), m_readings(session)
+      m_kind(kind), m_copyId(serviceUsedId), m_manager(session)
 {
     setWindowTitle(QStringLiteral("Services"));
     const QString key = isCopy() ? QStringLiteral("ServiceUsedID") : QStringLiteral("ServiceID");
@@ -461,10 +462,10 @@ bool ServicesScreen::saveRecord(QVariant* id)
             meter ? SqlValue::toDate(stored.value(QStringLiteral("NextScheduledDate")))
                   : copy.nextDate;
         *id = m_copyId;
-        // The one place a copy's renewal asks a missing count.
         return m_manager.saveServiceUsedRecord(m_copyId, m_lastDates[0]->value(),
                                                m_lastDates[1]->value(), nextDate) &&
-               m_manager.saveServiceUsed(m_service, copy, m_readings.promptedAsker());
+               m_manager.saveServiceUsed(m_service, copy,
+                                         CountReadingScreen::serviceCountAsker(session(), this));
     }
     const QString oldJobNo = currentRecord().value(QStringLiteral("JobNo")).toString();
     if (mode() == Mode::Modify && m_service.jobNo != oldJobNo &&

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "MeterReadings.h"
 #include "RecordScreen.h"
 #include "ServicesManager.h"
 
@@ -77,7 +76,6 @@ private:
     qint64 m_copyId;
     bool m_showing = false; ///< while a record is being shown, no rule of a change runs
     ServicesManager m_manager;
-    MeterReadings m_readings;
     Service m_service;
     QLineEdit* m_jobNo = nullptr;
     QLineEdit* m_name = nullptr;
