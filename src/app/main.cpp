@@ -4,6 +4,7 @@
 #include "AssignCrewScreen.h"
 #include "CostCenterScreen.h"
 #include "CrewScreen.h"
+#include "DateReadingScreen.h"
 #include "DesktopStart.h"
 #include "EmployeeScreen.h"
 #include "EquipmentImageScreen.h"
@@ -58,6 +59,20 @@ void wireStockScreens(MainScreen& main, Session& session, ScreenCatalogue& scree
         QString none;
         PartManagerScreen::showPartManager(session, &none, false, &main);
     });
+}
+
+/** The Equipment menu's date readings; the menu keeps them off without their rights. */
+void wireDateReadings(MainScreen& main, Session& session, ScreenCatalogue& screens)
+{
+    const auto open = [&session, &main](DateReadings::Kind kind) {
+        return
+            [&session, &main, kind] { DateReadingScreen::showDateReading(session, kind, &main); };
+    };
+    main.setHandler(QStringLiteral("munInspectiondate"), open(DateReadings::Kind::Inspection));
+    main.setHandler(QStringLiteral("munLicenseDate"), open(DateReadings::Kind::License));
+    screens.insert(QStringLiteral("frmInspectionDateReading"),
+                   open(DateReadings::Kind::Inspection));
+    screens.insert(QStringLiteral("frmLicenseDateReading"), open(DateReadings::Kind::License));
 }
 
 /**
@@ -224,6 +239,7 @@ ScreenCatalogue wireScreens(MainScreen& main, Session& session)
                    report(QStringLiteral("ShowEquipmentListDetail")));
     wireStockScreens(main, session, screens);
     wireMachineDialogs(main, session, screens);
+    wireDateReadings(main, session, screens);
     wireFinders(main, session, screens);
     return screens;
 }

@@ -20,3 +20,7 @@ tandrill_add_test(tst_equipmentscreen SOURCES ${CMAKE_CURRENT_LIST_DIR}/tst_equi
 tandrill_add_test(tst_equipmentsmallscreens
     SOURCES ${CMAKE_CURRENT_LIST_DIR}/tst_equipmentsmallscreens.cpp
     LIBS tandrill_gui_master GUI BOTH_ENGINES)
+# The inspection and licence date readings, one screen for both.
+tandrill_add_test(tst_datereadingscreen
+    SOURCES ${CMAKE_CURRENT_LIST_DIR}/tst_datereadingscreen.cpp
+    LIBS tandrill_gui_master GUI BOTH_ENGINES)
