@@ -2,7 +2,10 @@
 
 #include "BatchInsert.h"
 #include "DataHelpers.h"
+#include "EquipmentServices.h"
+#include "MeterReadings.h"
 #include "NextDateCalculator.h"
+#include "ScheduleCodes.h"
 #include "Session.h"
 #include "Sql.h"
 #include "SqlValue.h"
@@ -480,11 +483,6 @@ const Part* partNamed(const char* id)
     return nullptr;
 }
 
-bool isMeterPeriod(const QString& period)
-{
-    return QStringLiteral("CHKI").contains(period);
-}
-
 QVariant patternFlag(const char* pattern, int index)
 {
     return SqlValue::flag(pattern[index] == '1');
@@ -522,46 +520,6 @@ QVariantList scheduleValues(const Service& s, qint64 crewId, qint64 costCenterId
     }
     v.append(text(s.note));
     return v;
-}
-
-/** A rough length of one interval in days, to spread the last dates around it. */
-int intervalDays(const Service& s)
-{
-    const QChar period = QLatin1Char(s.period[0]);
-    const int n = qMax(1, s.interval);
-    switch (period.unicode()) {
-    case 'W':
-        return 7 * n;
-    case 'M':
-        return 30 * n;
-    case 'Y':
-        return 365 * n;
-    default:
-        return n;
-    }
-}
-
-/** True when the schedule allows the day, so that a past date looks as if it fell due. */
-bool allowedDay(const Service& s, const QDate& day)
-{
-    if (s.dom) {
-        return std::find(std::begin(s.domList), std::end(s.domList), day.day()) !=
-               std::end(s.domList);
-    }
-    const int sundayFirst = day.dayOfWeek() % 7;
-    return s.months[day.month() - 1] == '1' && s.days[sundayFirst] == '1' &&
-           s.weeks[NextDateCalculator::weekNo(day) - 1] == '1';
-}
-
-/** The latest day on or before the given one that the schedule allows. */
-QDate allowedOnOrBefore(const Service& s, const QDate& day)
-{
-    for (QDate d = day; d > day.addYears(-2); d = d.addDays(-1)) {
-        if (allowedDay(s, d)) {
-            return d;
-        }
-    }
-    return day;
 }
 
 /** How much of a full week's use a mower sees in the month of that day. */
@@ -652,15 +610,13 @@ bool DemoFleet::generate(QString* error)
     m_costCenterIds.clear();
     m_serviceIds.clear();
     m_machines.clear();
-    m_calendarRowsWithHistory.clear();
     Transaction transaction(m_session);
     if (!transaction.isActive()) {
         *error = transaction.error();
         return false;
     }
     const bool ok = addLookupLists() && addPlacesAndCrews() && addEmployees() &&
-                    addSuppliersAndParts() && addServices() && addMachines() && attachServices() &&
-                    scheduleCalendarServices();
+                    addSuppliersAndParts() && addServices() && addMachines() && attachServices();
     if (!ok || !transaction.commit()) {
         *error = m_error.isEmpty() ? transaction.error() : m_error;
         transaction.rollback();
@@ -1136,28 +1092,52 @@ bool DemoFleet::addReadings(BatchInsert& insert, Machine& machine)
         const QDate day = daysAgo(lastReadDaysAgo + 7 * week);
         const int season = kind.seasonal ? seasonPercent(day) : 100;
         value += qint64(weeklyUse) * season * between(70, 130) / 10000;
+        machine.readings.append({day, value});
+        // The latest reading is added once the services are on the machine.
+        if (week == 0) {
+            break;
+        }
         if (!insert.insert({machine.id, SqlValue::date(day), machine.countType, value})) {
             return fail(insert.error());
         }
-        machine.readings.append({day, value});
         ++m_counts.readings;
     }
     return true;
 }
 
+QList<qint64> DemoFleet::serviceIdsOf(const Machine& machine)
+{
+    const MachineKind& kind = Kinds[machine.kind];
+    QStringList jobs;
+    for (const char* job : kind.services) {
+        if (job) {
+            jobs.append(text(job));
+        }
+    }
+    if (machine.countType == QLatin1String("Kilometers")) {
+        jobs.replace(jobs.indexOf(QStringLiteral("S-203")), QStringLiteral("S-204"));
+    }
+    if (kind.meter == Meter::Miles && machine.ordinal < RecallMachines) {
+        jobs.append(QStringLiteral("S-109"));
+    }
+    QList<qint64> ids;
+    for (const QString& job : std::as_const(jobs)) {
+        const int service = serviceIndex(job);
+        if (service < 0) {
+            fail(QStringLiteral("There is no service %1.").arg(job));
+            return {};
+        }
+        ids.append(m_serviceIds.at(service));
+    }
+    return ids;
+}
+
 bool DemoFleet::attachServices()
 {
-    QStringList columns{QStringLiteral("EquipmentID"), QStringLiteral("ServiceID")};
-    columns += scheduleColumnNames();
-    columns += {QStringLiteral("LastDateScheduled"), QStringLiteral("LastDatePerformed"),
-                QStringLiteral("NextScheduledDate"), QStringLiteral("NextScheduledCount"),
-                QStringLiteral("Inactive")};
-    BatchInsert insert(m_session.db(), QStringLiteral("tblServiceUsed"), columns,
-                       QStringLiteral("ServiceUsedID"));
-    BatchInsert parts(m_session.db(), QStringLiteral("tblServiceUsedPart"),
-                      {QStringLiteral("ServiceUsedID"), QStringLiteral("PartID"),
-                       QStringLiteral("QuantityRequired"), QStringLiteral("Price"),
-                       QStringLiteral("SupplierID")});
+    EquipmentServices services(m_session);
+    MeterReadings readings(m_session);
+    // Every machine has readings of its own count type, so nobody is asked.
+    const auto noCount = [](qint64, qint64, const QString&, const QString&) { return false; };
     int done = 0;
     for (const Machine& machine : std::as_const(m_machines)) {
         tell(QStringLiteral("Machines given their services"), ++done, int(m_machines.size()));
@@ -1166,155 +1146,132 @@ bool DemoFleet::attachServices()
         }
         QRandomGenerator own = ownNumbers(machine, 2);
         const DrawFrom from(m_draw, machine.generated ? &own : m_draw);
-        const MachineKind& kind = Kinds[machine.kind];
-        QStringList jobs;
-        for (const char* job : kind.services) {
-            if (job) {
-                jobs.append(text(job));
-            }
+        const QList<qint64> ids = serviceIdsOf(machine);
+        if (ids.isEmpty() || !services.addServiceRecord(
+                                 machine.id, ids, EquipmentServices::FromServiceList, noCount)) {
+            return fail(m_error.isEmpty() ? QStringLiteral("Services could not be attached.")
+                                          : m_error);
         }
-        if (machine.countType == QLatin1String("Kilometers")) {
-            jobs.replace(jobs.indexOf(QStringLiteral("S-203")), QStringLiteral("S-204"));
-        }
-        if (kind.meter == Meter::Miles && machine.ordinal < RecallMachines) {
-            jobs.append(QStringLiteral("S-109"));
-        }
-        for (const QString& job : std::as_const(jobs)) {
-            const int service = serviceIndex(job);
-            if (service < 0) {
-                return fail(QStringLiteral("There is no service %1.").arg(job));
-            }
-            if (!attachService(insert, parts, machine, service)) {
+        for (const QSqlRecord& row : services.rows(machine.id)) {
+            const int service = int(m_serviceIds.indexOf(row.value(2).toLongLong()));
+            if (!giveHistory(services, machine, row.value(0).toLongLong(), service)) {
                 return false;
             }
+            ++m_counts.servicesOnMachines;
         }
+        // This week's reading comes last, so that the program's own rule makes services due.
+        const Reading& latest = machine.readings.last();
+        if (!readings.addCount(machine.id, latest.day, machine.countType, latest.value)) {
+            return fail(QStringLiteral("The latest reading could not be added."));
+        }
+        ++m_counts.readings;
     }
     return true;
 }
 
-bool DemoFleet::attachService(BatchInsert& insert, BatchInsert& parts, const Machine& machine,
-                              int service)
+bool DemoFleet::giveHistory(EquipmentServices& services, const Machine& machine,
+                            qint64 serviceUsedId, int service)
 {
     const Service& s = Services[service];
-    const int crew = s.shopWork ? ShopCrew : machine.crew;
-    const int costCenter = s.shopWork ? 1 : (machine.site == CanadianSite ? 2 : 0);
-    QVariantList values{machine.id, m_serviceIds.at(service)};
-    values += scheduleValues(s, m_crewIds.at(crew), m_costCenterIds.at(costCenter));
-    // LastDateScheduled, LastDatePerformed, NextScheduledDate, NextScheduledCount, Inactive
-    QVariantList dates;
-    bool needsCalculation = false;
-    if (isMeterPeriod(text(s.period))) {
-        firstMeterDates(machine, s.interval, QLatin1String(s.renewal) == QLatin1String("S"),
-                        &dates);
-    } else {
-        firstCalendarDates(machine, service, &dates, &needsCalculation);
+    // Shop work stays with the shop crew; other work goes to the machine's own crew, at its rate.
+    if (!s.shopWork && !services.editCell(serviceUsedId, EquipmentServices::Cell::Crew,
+                                          m_crewIds.at(machine.crew))) {
+        return fail(QStringLiteral("The crew of a service could not be changed."));
     }
-    if (!insert.insert(values + dates)) {
-        return fail(insert.error());
+    const bool canadian = !s.shopWork && machine.site == CanadianSite;
+    if (canadian && !run(QStringLiteral("UPDATE tblServiceUsed SET CostCenterID = ? "
+                                        "WHERE ServiceUsedID = ?"),
+                         {m_costCenterIds.at(2), serviceUsedId})) {
+        return false;
     }
-    const qint64 serviceUsedId = insert.returned();
-    if (needsCalculation) {
-        m_calendarRowsWithHistory.append(serviceUsedId);
+    if (ScheduleCodes::isMeterPeriod(text(s.period))) {
+        return lastDoneByMeter(machine, serviceUsedId, service);
     }
-    for (const PartUse& use : s.parts) {
-        const Part* part = use.part ? partNamed(use.part) : nullptr;
-        if (part && !parts.insert({serviceUsedId, text(part->id), use.quantity, part->price,
-                                   part->supplier + 1})) {
-            return fail(parts.error());
-        }
-    }
-    ++m_counts.servicesOnMachines;
-    return true;
+    return lastDoneByCalendar(machine, serviceUsedId, service);
 }
 
-void DemoFleet::firstMeterDates(const Machine& machine, int interval, bool onGrid,
-                                QVariantList* dates)
+bool DemoFleet::lastDoneByMeter(const Machine& machine, qint64 serviceUsedId, int service)
 {
+    const Service& s = Services[service];
+    // Some were attached lately and wait for the count they were given; the rest were last
+    // done at the reading that lies about this much use back.
+    if (between(0, 3) == 0) {
+        return true;
+    }
     const QList<Reading>& readings = machine.readings;
-    const qint64 latest = readings.last().value;
-    const bool attachedLately = between(0, 3) == 0;
-    qsizetype from = 0;
-    QDate performed, scheduled;
-    qint64 nextCount = 0;
-    if (attachedLately) {
-        // Due at the count it was attached at plus one interval; not yet done here.
-        from = between(0, int(readings.size()) - 1);
-        nextCount = readings.at(from).value + interval;
-    } else {
-        // Last done at the reading that lies about this much use back.
-        const qint64 usedSince = qint64(interval) * between(30, 140) / 100;
-        for (qsizetype i = readings.size() - 1; i >= 0; --i) {
-            if (latest - readings.at(i).value >= usedSince) {
-                from = i;
-                break;
-            }
-        }
-        const qint64 atService = readings.at(from).value;
-        nextCount = (onGrid ? atService / interval * interval : atService) + interval;
-        performed = readings.at(from).day;
-        scheduled = performed.addDays(-between(0, 4));
-    }
-    // The reading that first reached the count made the service due on its day.
-    QDate due;
-    for (qsizetype i = from + 1; i < readings.size() && !due.isValid(); ++i) {
-        if (readings.at(i).value >= nextCount) {
-            due = readings.at(i).day;
+    const qint64 usedSince = qint64(s.interval) * between(30, 140) / 100;
+    qsizetype at = 0;
+    for (qsizetype i = readings.size() - 2; i >= 0; --i) {
+        if (readings.last().value - readings.at(i).value >= usedSince) {
+            at = i;
+            break;
         }
     }
-    *dates = {SqlValue::date(scheduled), SqlValue::date(performed), SqlValue::date(due), nextCount,
-              0};
+    const qint64 count = readings.at(at).value;
+    const bool onGrid = QLatin1String(s.renewal) == QLatin1String("S");
+    const QDate performed = readings.at(at).day;
+    return recordLastDone(serviceUsedId, performed.addDays(-between(0, 4)), performed,
+                          (onGrid ? count / s.interval * s.interval : count) + s.interval);
 }
 
-void DemoFleet::firstCalendarDates(const Machine& machine, int service, QVariantList* dates,
-                                   bool* needsCalculation)
+bool DemoFleet::lastDoneByCalendar(const Machine& machine, qint64 serviceUsedId, int service)
 {
     const Service& s = Services[service];
-    const bool oneOff = QLatin1String(s.renewal) == QLatin1String("D");
-    const QVariant noCount = nullNumber();
-    if (oneOff && machine.ordinal == 0) {
-        // Done once: it turned inactive and keeps its old date.
+    if (QLatin1String(s.renewal) == QLatin1String("D")) {
+        // Done once on the first machine of a kind: it turned inactive and keeps its old date.
+        if (machine.ordinal != 0) {
+            return true;
+        }
         const QDate performed = daysAgo(between(20, 60));
         const QDate scheduled = performed.addDays(-2);
-        *dates = {SqlValue::date(scheduled), SqlValue::date(performed), SqlValue::date(scheduled),
-                  noCount, 1};
-        return;
+        return run(QStringLiteral("UPDATE tblServiceUsed SET LastDateScheduled = ?, "
+                                  "LastDatePerformed = ?, NextScheduledDate = ?, Inactive = 1 "
+                                  "WHERE ServiceUsedID = ?"),
+                   {SqlValue::date(scheduled), SqlValue::date(performed), SqlValue::date(scheduled),
+                    serviceUsedId});
     }
-    if (oneOff || between(0, 3) == 0) {
-        // Attached some days ago and due from that day, as a new service is.
-        *dates = {SqlValue::date(QDate()), SqlValue::date(QDate()),
-                  SqlValue::date(daysAgo(between(0, 20))), noCount, 0};
-        return;
+    // A quarter are new and due today, as the program makes every calendar service it attaches.
+    if (between(0, 3) == 0) {
+        return true;
     }
-    const int span = intervalDays(s);
-    const QDate performed = allowedOnOrBefore(s, daysAgo(between(1, span + qMax(2, span / 4))));
-    // It was due a little before it was done, but within the same interval.
-    QDate scheduled = allowedOnOrBefore(s, performed.addDays(-between(0, qMin(5, span))));
-    if (scheduled <= performed.addDays(-span)) {
-        scheduled = performed;
+    // The rest fell due on a day the schedule allows, about one interval back, and were done
+    // then or a little later.
+    const int span = int(
+        m_today.daysTo(NextDateCalculator::addDay(text(s.period), qMax(1, s.interval), m_today)));
+    const QDate from = daysAgo(between(1, span + qMax(2, span / 4)) + span);
+    NextDateCalculator calculator(m_session);
+    const QDate scheduled = calculator.nextScheduledDate(serviceUsedId, true, from);
+    if (!scheduled.isValid() || scheduled >= m_today) {
+        return true;
     }
-    *dates = {SqlValue::date(scheduled), SqlValue::date(performed), SqlValue::date(QDate()),
-              noCount, 0};
-    *needsCalculation = true;
+    const QDate performed = qMin(scheduled.addDays(between(0, 3)), m_today.addDays(-1));
+    return recordLastDone(serviceUsedId, scheduled, performed, nullNumber()) &&
+           run(QStringLiteral("UPDATE tblServiceUsed SET NextScheduledDate = ? "
+                              "WHERE ServiceUsedID = ?"),
+               {SqlValue::date(calculator.nextScheduledDate(serviceUsedId)), serviceUsedId});
 }
 
-bool DemoFleet::scheduleCalendarServices()
+bool DemoFleet::recordLastDone(qint64 serviceUsedId, const QDate& scheduled, const QDate& performed,
+                               const QVariant& nextCount)
 {
-    // As after posting: the next date follows from the last ones and the schedule.
-    NextDateCalculator calculator(m_session);
-    QSqlQuery update(m_session.db());
-    if (!update.prepare(QStringLiteral("UPDATE tblServiceUsed SET NextScheduledDate = ? "
-                                       "WHERE ServiceUsedID = ?"))) {
-        return fail(update.lastError().text());
+    // As posting leaves a service: the last dates set, a meter service waiting for its count.
+    const QString nextDate =
+        nextCount.isNull() ? QString()
+                           : QStringLiteral(", NextScheduledDate = NULL, NextScheduledCount = ?");
+    QVariantList values{SqlValue::date(scheduled), SqlValue::date(performed)};
+    if (!nextCount.isNull()) {
+        values.append(nextCount);
     }
-    const int total = int(m_calendarRowsWithHistory.size());
-    int done = 0;
-    for (const qint64 id : std::as_const(m_calendarRowsWithHistory)) {
-        update.bindValue(0, SqlValue::date(calculator.nextScheduledDate(id, false)));
-        update.bindValue(1, id);
-        if (!update.exec()) {
-            return fail(QStringLiteral("tblServiceUsed: ") + update.lastError().text());
-        }
-        tell(QStringLiteral("Next dates worked out"), ++done, total);
-    }
-    return true;
+    values.append(serviceUsedId);
+    return run(QStringLiteral("UPDATE tblServiceUsed SET LastDateScheduled = ?, "
+                              "LastDatePerformed = ?") +
+                   nextDate + QStringLiteral(" WHERE ServiceUsedID = ?"),
+               values);
+}
+
+bool DemoFleet::run(const QString& sql, const QVariantList& values)
+{
+    QSqlQuery q(m_session.db());
+    return Sql::exec(q, sql, values) ||
+           fail(QStringLiteral("tblServiceUsed: ") + q.lastError().text());
 }

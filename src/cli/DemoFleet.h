@@ -11,6 +11,7 @@
 #include <functional>
 
 class BatchInsert;
+class EquipmentServices;
 class Session;
 
 /**
@@ -96,13 +97,15 @@ private:
     void addVehicle(Values& v, const Machine& machine, bool leased);
     void addPurchase(Values& v, const Machine& machine, const QDate& installed, bool leased);
     bool addReadings(BatchInsert& insert, Machine& machine);
+    QList<qint64> serviceIdsOf(const Machine& machine);
     bool attachServices();
-    bool attachService(BatchInsert& insert, BatchInsert& parts, const Machine& machine,
-                       int service);
-    void firstMeterDates(const Machine& machine, int interval, bool onGrid, QVariantList* dates);
-    void firstCalendarDates(const Machine& machine, int service, QVariantList* dates,
-                            bool* needsCalculation);
-    bool scheduleCalendarServices();
+    bool giveHistory(EquipmentServices& services, const Machine& machine, qint64 serviceUsedId,
+                     int service);
+    bool lastDoneByMeter(const Machine& machine, qint64 serviceUsedId, int service);
+    bool lastDoneByCalendar(const Machine& machine, qint64 serviceUsedId, int service);
+    bool recordLastDone(qint64 serviceUsedId, const QDate& scheduled, const QDate& performed,
+                        const QVariant& nextCount);
+    bool run(const QString& sql, const QVariantList& values);
 
     qint64 item(const QString& list, const QString& name) const;
     qint64 addItem(BatchInsert& insert, qint64 parent, const QString& name);
@@ -126,5 +129,4 @@ private:
     QList<qint64> m_costCenterIds;
     QList<qint64> m_serviceIds;
     QList<Machine> m_machines;
-    QList<qint64> m_calendarRowsWithHistory;
 };
