@@ -20,7 +20,7 @@ bool run(Session& s, const QString& sql, const QVariantList& values = {})
     return Sql::exec(q, sql, values);
 }
 
-/** Machine 7 with a weekly service (master 1) due on 10 March and an hour service (master 2). */
+/** Machine 7 with services 1 (weekly, due 10 March), 2 (hours) and 3 (counts), and master 3. */
 bool addMachine(Session& s)
 {
     return run(s, u"INSERT INTO tblEquipment (EquipmentID, EquipmentName, UnitNo, Inactive) "
@@ -28,9 +28,9 @@ bool addMachine(Session& s)
            run(s, u"INSERT INTO tblServices (ServiceID, Name, Period, EInterval) VALUES "
                   "(3, 'Belt', 'M', 1)"_s) &&
            run(s,
-               u"INSERT INTO tblServiceUsed (ServiceUsedID, EquipmentID, ServiceID, Name, "
-               "Period, NextScheduledDate) VALUES (1, 7, 1, 'Blades', 'W', ?), "
-               "(2, 7, 2, 'Oil', 'H', NULL), (3, 7, 2, 'Grease', 'C', NULL)"_s,
+               u"INSERT INTO tblServiceUsed (EquipmentID, ServiceID, Name, Period, "
+               "NextScheduledDate) VALUES (7, 1, 'Blades', 'W', ?), (7, 2, 'Oil', 'H', NULL), "
+               "(7, 2, 'Grease', 'C', NULL)"_s,
                {SqlValue::date({2025, 3, 10})});
 }
 
