@@ -130,6 +130,11 @@ private slots:
                  u"BladesW2S5J4"_s);
         const QString parts = u" FROM tblServiceUsedPart WHERE ServiceUsedID = ?"_s;
         QCOMPARE(value(s, u"SELECT COUNT(*)"_s + parts, {second}).toInt(), 2);
+        QCOMPARE(
+            value(s, u"SELECT COUNT(QuantityRequired) + COUNT(Price) + COUNT(SupplierID)"_s + parts,
+                  {second})
+                .toInt(),
+            6);
         QCOMPARE(value(s, u"SELECT SUM(QuantityRequired * Price + SupplierID)"_s + parts, {second})
                      .toDouble(),
                  15.0);
