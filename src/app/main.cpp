@@ -239,7 +239,8 @@ int takeScreenshot(QApplication& app, Prompter& prompter, const MainCommandLine&
                    const ScreenCatalogue& screens)
 {
     const QString name = line.screenshotScreen;
-    if (name != MainScreenName && !screens.contains(name)) {
+    const QString window = MainScreenshot::windowName(name);
+    if (window != MainScreenName && !screens.contains(window)) {
         return fail(prompter, QStringLiteral("No screen named %1 can be opened.").arg(name),
                     MainCommandLine::UsageExitCode);
     }
@@ -250,8 +251,8 @@ int takeScreenshot(QApplication& app, Prompter& prompter, const MainCommandLine&
             }
             QCoreApplication::exit(ok ? 0 : ScreenshotFailedExitCode);
         });
-    if (name != MainScreenName) {
-        QTimer::singleShot(0, &app, screens.value(name));
+    if (window != MainScreenName) {
+        QTimer::singleShot(0, &app, screens.value(window));
     }
     return app.exec();
 }

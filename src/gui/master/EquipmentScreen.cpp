@@ -145,11 +145,16 @@ bool EquipmentScreen::showSection(int index)
         index = 0;
     }
     m_sections->setCurrentIndex(index);
+    pressToolButton(index);
+    enableControls();
+    return index == section();
+}
+
+void EquipmentScreen::pressToolButton(int index)
+{
     for (int i = 0; i < m_toolButtons.size(); ++i) {
         m_toolButtons[i]->setChecked(i == index);
     }
-    enableControls();
-    return index == section();
 }
 
 void EquipmentScreen::onSectionClicked(int index)

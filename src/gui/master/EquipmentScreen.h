@@ -138,6 +138,7 @@ private:
 
     // Behaviour.
     void onSectionClicked(int index);
+    void pressToolButton(int index);
     bool saveNewRecordFirst();
     void markSectionsWithData();
     bool sectionHasData(int index) const;

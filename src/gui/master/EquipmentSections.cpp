@@ -91,6 +91,8 @@ QWidget* EquipmentScreen::buildSections()
     for (m_building = 0; m_building < int(std::size(builders)); ++m_building) {
         m_sections->addWidget(builders[m_building]());
     }
+    // A section brought to the front from outside the toolbox presses its button too.
+    connect(m_sections, &QStackedWidget::currentChanged, this, &EquipmentScreen::pressToolButton);
     return m_sections;
 }
 
