@@ -21,6 +21,5 @@ tandrill_add_test(tst_equipmentsmallscreens
     SOURCES ${CMAKE_CURRENT_LIST_DIR}/tst_equipmentsmallscreens.cpp
     LIBS tandrill_gui_master GUI BOTH_ENGINES)
 # The Service and Counts sections of the equipment screen, wired to their logic.
-tandrill_add_test(tst_equipmentservicesection
-    SOURCES ${CMAKE_CURRENT_LIST_DIR}/tst_equipmentservicesection.cpp
-    LIBS tandrill_gui_master GUI BOTH_ENGINES)
+tandrill_add_test(tst_equipmentservicesection SOURCES
+    ${CMAKE_CURRENT_LIST_DIR}/tst_equipmentservicesection.cpp LIBS tandrill_gui_master GUI BOTH_ENGINES)

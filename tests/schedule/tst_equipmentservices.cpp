@@ -1,4 +1,5 @@
 #include "EquipmentServices.h"
+#include "ServiceMessages.h"
 #include "Sql.h"
 #include "SqlValue.h"
 #include "TestInstallation.h"
@@ -76,13 +77,11 @@ private slots:
         QVERIFY(column(s, u"NextScheduledDate"_s, 1).isNull());
         QVERIFY(readings.addCount(7, {2025, 5, 12}, u"Hours"_s, 560));
         QCOMPARE(SqlValue::toDate(column(s, u"NextScheduledDate"_s, 1)), QDate(2025, 5, 12));
-
         // A reading has no key: only a row equal in every column goes.
-        EquipmentServices services(s);
-        QVERIFY(services.deleteReading(7, {u"Kilometers"_s, s.today(), 1}));
-        QCOMPARE(readings.latest(7, u"Kilometers"_s).value, 300);
-        QVERIFY(services.deleteReading(7, {u"Kilometers"_s, s.today(), 300}));
-        QVERIFY(!readings.latest(7, u"Kilometers"_s).exists);
+        QVERIFY(EquipmentServices(s).deleteReading(7, {u"Kilometers"_s, s.today(), 1}) &&
+                readings.latest(7, u"Kilometers"_s).exists);
+        QVERIFY(EquipmentServices(s).deleteReading(7, {u"Kilometers"_s, s.today(), 300}) &&
+                !readings.latest(7, u"Kilometers"_s).exists);
     }
 
     void copiesKeepScheduleAndPartsButNotDates()
@@ -102,17 +101,12 @@ private slots:
                      .toString(),
                  u"BladesW2S5J4"_s);
         const qint64 copy = column(s, u"ServiceUsedID"_s, 4).toLongLong();
-        const QString parts = u" FROM tblServiceUsedPart WHERE ServiceUsedID = ?"_s;
+        const QString parts = u"SELECT %1 FROM tblServiceUsedPart WHERE ServiceUsedID = ?"_s;
         // 15 from the full part, 0 from the blank one, and a supplier counted for each.
-        QCOMPARE(
-            sql(s,
-                u"SELECT SUM(QuantityRequired * Price + SupplierID) + COUNT(SupplierID)"_s + parts,
-                {copy})
-                .toDouble(),
-            17.0);
-
+        const QString total = u"SUM(QuantityRequired * Price + SupplierID) + COUNT(SupplierID)"_s;
+        QCOMPARE(sql(s, parts.arg(total), {copy}).toDouble(), 17.0);
         QVERIFY(services.deleteServiceRecord(copy));
-        QCOMPARE(sql(s, u"SELECT COUNT(*)"_s + parts, {copy}).toInt(), 0);
+        QCOMPARE(sql(s, parts.arg(u"COUNT(*)"_s), {copy}).toInt(), 0);
         QVERIFY(!services.updateEquipmentService(u"Name"_s, u"x"_s, copy));
     }
 
@@ -129,7 +123,7 @@ private slots:
         QTest::addColumn<QDate>("storedDate");
         QTest::addColumn<int>("cell");
         QTest::addColumn<QVariant>("entered");
-        QTest::addColumn<QString>("message"); // "?": the work order question, answered No
+        QTest::addColumn<QString>("message"); // the work order question is answered No
         QTest::addColumn<QVariant>("after");  // the date, or the labour cost for crew and hours
         const QDate old(2025, 3, 10);
         const int date = int(Cell::NextSchedule);
@@ -149,8 +143,8 @@ private slots:
             << u"Count value shouldn't be less then or equal to 0"_s << QVariant(QDate());
         QTest::newRow("count reached")
             << QDate() << count << QVariant(450) << QString() << QVariant(QDate(2025, 2, 1));
-        QTest::newRow("on work order")
-            << old << date << QVariant(old.addDays(1)) << u"?"_s << QVariant(old);
+        QTest::newRow("on work order") << old << date << QVariant(old.addDays(1))
+                                       << ServiceMessages::dateOnWorkOrder() << QVariant(old);
         QTest::newRow("hours") << QDate() << int(Cell::BudgetedHours) << QVariant(2.5) << QString()
                                << QVariant(37.5);
         QTest::newRow("crew") << QDate() << int(Cell::Crew) << QVariant(5) << QString()
@@ -175,15 +169,12 @@ private slots:
                     {SqlValue::date(storedDate)})
                     .isValid());
         QVERIFY(MeterReadings(s).addCount(7, {2025, 2, 1}, u"Counts"_s, 450));
-        if (message == u"?"_s) {
+        if (message == ServiceMessages::dateOnWorkOrder()) {
             QVERIFY(run(s, {u"INSERT INTO tblWoServiceUsed (ServiceUsedID) VALUES (1)"_s}));
             t.prompter().queueAnswer(Prompter::Answer::No);
         }
         QCOMPARE(EquipmentServices(s).editCell(1, Cell(cell), entered), message.isEmpty());
-        if (message != u"?"_s) {
-            QCOMPARE(t.prompter().texts(),
-                     message.isEmpty() ? QStringList() : QStringList{message});
-        }
+        QCOMPARE(t.prompter().texts(), message.isEmpty() ? QStringList() : QStringList{message});
         const bool costed = cell >= int(Cell::Crew) && cell <= int(Cell::LaborCost);
         const QVariant after = column(s, costed ? u"CostEstimate"_s : u"NextScheduledDate"_s);
         QTEST(costed ? QVariant(after.toDouble()) : QVariant(SqlValue::toDate(after)), "after");
