@@ -102,9 +102,9 @@ private slots:
                  u"BladesW2S5J4"_s);
         const qint64 copy = column(s, u"ServiceUsedID"_s, 4).toLongLong();
         const QString parts = u"SELECT %1 FROM tblServiceUsedPart WHERE ServiceUsedID = ?"_s;
-        // 15 from the full part, 0 from the blank one, and a supplier counted for each.
-        const QString total = u"SUM(QuantityRequired * Price + SupplierID) + COUNT(SupplierID)"_s;
-        QCOMPARE(sql(s, parts.arg(total), {copy}).toDouble(), 17.0);
+        const QString total = u"SUM(QuantityRequired * Price + SupplierID) + COUNT(Price * "
+                              "QuantityRequired * SupplierID)"_s;
+        QCOMPARE(sql(s, parts.arg(total), {copy}).toDouble(), 17.0); // 15, and 2 rows without null
         QVERIFY(services.deleteServiceRecord(copy));
         QCOMPARE(sql(s, parts.arg(u"COUNT(*)"_s), {copy}).toInt(), 0);
         QVERIFY(!services.updateEquipmentService(u"Name"_s, u"x"_s, copy));
