@@ -267,6 +267,16 @@ ScreenCatalogue wireScreens(MainScreen& main, Session& session)
     EquipmentScreen::setPartPicker([&session](QString* excludeInOut, QWidget* parent) {
         return PartManagerScreen::showPartManager(session, excludeInOut, true, parent);
     });
+    EquipmentScreen::setServiceHooks(
+        {[](Session& session, qint64 equipmentId, const QList<qint64>& excluded, QWidget* parent) {
+             return ServicesManagerScreen::pickServices(session, excluded, equipmentId, parent)
+                 .value_or(ServicePick{});
+         },
+         &ServicesScreen::showServiceUsedDetail,
+         [](Session& session, qint64 equipmentId, QWidget* parent) {
+             CountReadingScreen::showCountReadingForm(session, equipmentId, parent);
+         },
+         &CountReadingScreen::serviceCountAsker});
     main.setHandler(QStringLiteral("mnuSetup"), openSetup);
     screens.insert(QStringLiteral("frmSetup"), openSetup);
     const auto report = [&session, &main](const QString& procedure) {
@@ -298,7 +308,8 @@ int takeScreenshot(QApplication& app, Prompter& prompter, const MainCommandLine&
                    const ScreenCatalogue& screens)
 {
     const QString name = line.screenshotScreen;
-    if (name != MainScreenName && !screens.contains(name)) {
+    const QString window = MainScreenshot::windowName(name);
+    if (window != MainScreenName && !screens.contains(window)) {
         return fail(prompter, QStringLiteral("No screen named %1 can be opened.").arg(name),
                     MainCommandLine::UsageExitCode);
     }
@@ -309,8 +320,8 @@ int takeScreenshot(QApplication& app, Prompter& prompter, const MainCommandLine&
             }
             QCoreApplication::exit(ok ? 0 : ScreenshotFailedExitCode);
         });
-    if (name != MainScreenName) {
-        QTimer::singleShot(0, &app, screens.value(name));
+    if (window != MainScreenName) {
+        QTimer::singleShot(0, &app, screens.value(window));
     }
     return app.exec();
 }

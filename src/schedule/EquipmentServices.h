@@ -10,6 +10,13 @@
 
 class Session;
 
+/** The services a caller picked, and where they came from. */
+struct ServicePick
+{
+    QList<qint64> ids;
+    QString source; ///< "SL" the master list, "EL" another machine's services
+};
+
 /**
  * The services a machine carries (tblServiceUsed, each a private copy of a
  * master service or of another machine's service) and the rules of editing

@@ -36,3 +36,6 @@ tandrill_add_test(tst_countreadingscreen SOURCES ${CMAKE_CURRENT_LIST_DIR}/tst_c
 tandrill_add_test(tst_equipmentreadingscreen
     SOURCES ${CMAKE_CURRENT_LIST_DIR}/tst_equipmentreadingscreen.cpp
     LIBS tandrill_gui_schedule GUI BOTH_ENGINES)
+# The Service and Counts sections of the equipment screen, wired to their logic.
+tandrill_add_test(tst_equipmentservicesection SOURCES
+    ${CMAKE_CURRENT_LIST_DIR}/tst_equipmentservicesection.cpp LIBS tandrill_gui_master GUI BOTH_ENGINES)

@@ -5,6 +5,7 @@
 #include <QDialog>
 #include <QFileInfo>
 #include <QPixmap>
+#include <QStackedWidget>
 #include <QTimer>
 #include <QWidget>
 #include <memory>
@@ -37,6 +38,22 @@ QWidget* findShown(const QString& screenName)
     return nullptr;
 }
 
+QString windowName(const QString& screenName)
+{
+    return screenName.section(u'.', 0, 0);
+}
+
+bool showFrame(QWidget* window, const QString& frame)
+{
+    QWidget* page = window->findChild<QWidget*>(frame);
+    for (QWidget* child = page; child && child != window; child = child->parentWidget()) {
+        if (auto* stack = qobject_cast<QStackedWidget*>(child->parentWidget())) {
+            stack->setCurrentWidget(child);
+        }
+    }
+    return page != nullptr;
+}
+
 void captureWhenShown(const QString& screenName, const QString& file, int timeoutMs,
                       std::function<void(bool ok, const QString& error)> done)
 {
@@ -45,15 +62,17 @@ void captureWhenShown(const QString& screenName, const QString& file, int timeou
     const QDeadlineTimer deadline(timeoutMs);
     // A screen seen for the first time may still have its layout pending: take it a tick later.
     auto seen = std::make_shared<bool>(false);
+    const QString frame = screenName.section(u'.', 1);
     QObject::connect(poll, &QTimer::timeout, poll, [=] {
-        QWidget* screen = findShown(screenName);
-        if (!deadline.hasExpired() && (!screen || !*seen)) {
-            *seen = screen != nullptr;
+        QWidget* screen = findShown(windowName(screenName));
+        const bool inFront = screen && (frame.isEmpty() || showFrame(screen, frame));
+        if (!deadline.hasExpired() && (!inFront || !*seen)) {
+            *seen = inFront;
             return;
         }
         poll->stop();
         poll->deleteLater();
-        if (!screen) {
+        if (!inFront) {
             done(false, QStringLiteral("No screen named %1 was shown").arg(screenName));
             return;
         }

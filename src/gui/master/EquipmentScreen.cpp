@@ -62,7 +62,8 @@ bool hasText(const QWidget* field)
 EquipmentScreen::EquipmentScreen(Session& session, QWidget* parent)
     : RecordScreen(session, QStringLiteral("frmEquipment"), QStringLiteral("tblEquipment"),
                    KeyField, parent),
-      m_manager(session), m_partList(session), m_depreciation(session), m_attachments(session)
+      m_manager(session), m_partList(session), m_depreciation(session), m_services(session),
+      m_readings(session), m_attachments(session)
 {
     setWindowTitle(QStringLiteral("Equipment"));
     auto* fields = new QHBoxLayout;
@@ -105,6 +106,11 @@ EquipmentScreen::EquipmentScreen(Session& session, QWidget* parent)
     wire("cmdAddDocument", &EquipmentScreen::addDocument);
     wire("cmdRemoveDocument", &EquipmentScreen::removeDocument);
     wire("cmdPreview", &EquipmentScreen::preview);
+    wire("cmdAddNewService", &EquipmentScreen::addServices);
+    wire("cmdSelectService", &EquipmentScreen::selectService);
+    wire("cmdRemoveService", &EquipmentScreen::removeService);
+    wire("cmdAddCount", &EquipmentScreen::addCount);
+    wire("cmdDeleteCount", &EquipmentScreen::deleteCount);
     resize(11000 / FormPlacement::TwipsPerPixel, 9000 / FormPlacement::TwipsPerPixel);
 }
 
@@ -139,11 +145,16 @@ bool EquipmentScreen::showSection(int index)
         index = 0;
     }
     m_sections->setCurrentIndex(index);
+    pressToolButton(index);
+    enableControls();
+    return index == section();
+}
+
+void EquipmentScreen::pressToolButton(int index)
+{
     for (int i = 0; i < m_toolButtons.size(); ++i) {
         m_toolButtons[i]->setChecked(i == index);
     }
-    enableControls();
-    return index == section();
 }
 
 void EquipmentScreen::onSectionClicked(int index)
@@ -205,6 +216,8 @@ void EquipmentScreen::showChildren()
     showRows(m_pictures, m_attachments.pictures(id), {});
     showPicture();
     showRows(m_documents, m_attachments.documents(id), {});
+    showServices();
+    showCounts();
     const QDate acquired = findChild<DateBox*>(QStringLiteral("datAcquisitionDate"))->value();
     m_lines.value(QStringLiteral("txtPurchaseYear"))
         ->setText(acquired.isValid() ? QString::number(acquired.year()) : QString());
@@ -313,6 +326,7 @@ void EquipmentScreen::enableControls()
     enable("cmdAddDocument", saved);
     enable("cmdRemoveDocument", saved && m_documents->rowCount() > 0);
     enable("cmdPreview", saved && m_documents->rowCount() > 0);
+    enableServiceButtons(saved);
 }
 
 void EquipmentScreen::markSectionsWithData()

@@ -5,6 +5,8 @@
 #include "EquipmentAttachments.h"
 #include "EquipmentManager.h"
 #include "EquipmentParts.h"
+#include "EquipmentServices.h"
+#include "MeterReadings.h"
 #include "RecordScreen.h"
 
 #include <QHash>
@@ -16,6 +18,7 @@ class QLineEdit;
 class QPushButton;
 class QStackedWidget;
 class QTableWidget;
+class QTableWidgetItem;
 
 /**
  * The equipment register: one machine in thirteen sections chosen by a
@@ -31,6 +34,26 @@ public:
     /** Picks parts, leaving out those in *excludeInOut; the picks come back in it. */
     using PartPicker = std::function<bool(QString* excludeInOut, QWidget* parent)>;
 
+    /** Services chosen in a picker and where they come from ("SL" or "EL"); no ids: none. */
+    /**
+     * The screens the Service and Counts sections open. A button whose screen is not
+     * set stays disabled; without countAsker a missing count is asked in an input box.
+     */
+    struct ServiceHooks
+    {
+        /** Picks services for the machine, leaving out the master services it has. */
+        std::function<ServicePick(Session& session, qint64 equipmentId,
+                                  const QList<qint64>& excludedServiceIds, QWidget* parent)>
+            pickServices;
+        /** Opens one service of the machine (a tblServiceUsed row). */
+        std::function<void(Session& session, qint64 serviceUsedId, QWidget* parent)> openService;
+        /** Takes a new reading of the machine. */
+        std::function<void(Session& session, qint64 equipmentId, QWidget* parent)> addCount;
+        /** Asks the count a meter service was last done at, on a machine without one. */
+        std::function<MeterReadings::ServiceCountAsker(Session& session, QWidget* parent)>
+            countAsker;
+    };
+
     explicit EquipmentScreen(Session& session, QWidget* parent = nullptr);
 
     /**
@@ -41,6 +64,8 @@ public:
                                         QWidget* parent = nullptr);
     /** The picker behind cmdAddNewPart; until one is set the button stays disabled. */
     static void setPartPicker(PartPicker picker);
+    /** The screens behind the Service and Counts sections. */
+    static void setServiceHooks(ServiceHooks hooks);
 
     /** The section shown, 0 to 12. */
     int section() const;
@@ -73,6 +98,8 @@ private:
     QWidget* depreciationSection();
     QWidget* picturesSection();
     QWidget* documentsSection();
+    QWidget* serviceSection();
+    QWidget* countsSection();
     QWidget* emptySection(const char* frame, const char* grid,
                           std::initializer_list<const char*> buttons);
     QWidget* page(const char* frame);
@@ -105,6 +132,7 @@ private:
 
     // Behaviour.
     void onSectionClicked(int index);
+    void pressToolButton(int index);
     bool saveNewRecordFirst();
     void markSectionsWithData();
     bool sectionHasData(int index) const;
@@ -129,9 +157,24 @@ private:
     QString selectedName(QTableWidget* grid) const;
     static PartPicker& partPicker();
 
+    // Services and readings, in EquipmentServiceSection.cpp.
+    static ServiceHooks& serviceHooks();
+    void showServices();
+    void showCounts();
+    void enableServiceButtons(bool saved);
+    void onServiceCellChanged(QTableWidgetItem* item);
+    qint64 selectedServiceId() const;
+    void addServices();
+    void selectService();
+    void removeService();
+    void addCount();
+    void deleteCount();
+
     EquipmentManager m_manager;
     EquipmentParts m_partList;
     Depreciation m_depreciation;
+    EquipmentServices m_services;
+    MeterReadings m_readings;
     EquipmentAttachments m_attachments;
     Equipment m_equipment;
     QString m_unitNoAtStart;
@@ -152,4 +195,8 @@ private:
     QTableWidget* m_pictures = nullptr;
     QLabel* m_picture = nullptr; ///< the picture chosen in m_pictures
     QTableWidget* m_documents = nullptr;
+    QTableWidget* m_serviceRows = nullptr;
+    QTableWidget* m_countRows = nullptr;
+    QHash<qint64, QString> m_crewTexts;
+    bool m_fillingServices = false; ///< the grid's own writes are no edits
 };

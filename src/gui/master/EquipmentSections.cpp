@@ -72,10 +72,7 @@ QWidget* EquipmentScreen::buildSections()
     m_sections->setObjectName(QStringLiteral("FrameVisible"));
     const std::function<QWidget*()> builders[] = {
         [this] { return equipmentSection(); },
-        [this] {
-            return emptySection("fraService", "grdService",
-                                {"cmdSelectService", "cmdAddNewService", "cmdRemoveService"});
-        },
+        [this] { return serviceSection(); },
         [this] {
             return emptySection("fraHistory", "grdServiceHistory",
                                 {"cmdRefresh", "cmdDeleteHistory"});
@@ -86,9 +83,7 @@ QWidget* EquipmentScreen::buildSections()
         [this] { return vehicleSection(); },
         [this] { return partsSection(); },
         [this] { return purchaseSection(); },
-        [this] {
-            return emptySection("fraCounts", "grdCounts", {"cmdAddCount", "cmdDeleteCount"});
-        },
+        [this] { return countsSection(); },
         [this] { return picturesSection(); },
         [this] { return documentsSection(); },
         [this] { return depreciationSection(); },
@@ -96,6 +91,8 @@ QWidget* EquipmentScreen::buildSections()
     for (m_building = 0; m_building < int(std::size(builders)); ++m_building) {
         m_sections->addWidget(builders[m_building]());
     }
+    // A section brought to the front from outside the toolbox presses its button too.
+    connect(m_sections, &QStackedWidget::currentChanged, this, &EquipmentScreen::pressToolButton);
     return m_sections;
 }
 
@@ -419,7 +416,7 @@ QWidget* EquipmentScreen::emptySection(const char* frame, const char* grid,
     formOf(p)->addRow(table(grid, {}));
     auto* row = new QHBoxLayout;
     for (const char* name : buttons) {
-        // Their actions belong to the service, count and history screens.
+        // Their actions belong to the history screens.
         QPushButton* b = button(name, QString::fromLatin1(name + 3));
         b->setEnabled(false);
         row->addWidget(b);

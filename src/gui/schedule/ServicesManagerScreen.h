@@ -1,5 +1,7 @@
 #pragma once
 
+#include "EquipmentServices.h"
+
 #include "ServicesManager.h"
 #include "UserRights.h"
 
@@ -11,13 +13,6 @@ class QPushButton;
 class QRadioButton;
 class QTableWidget;
 class Session;
-
-/** The services a caller picked, and where they came from. */
-struct ServicePick
-{
-    QList<qint64> ids;
-    QString source; ///< "SL" the master list, "EL" another machine's services
-};
 
 /**
  * The services to pick from: the master list, or the services of another
