@@ -1,7 +1,6 @@
 #pragma once
 
 #include "EquipmentServices.h"
-
 #include "ServicesManager.h"
 #include "UserRights.h"
 
