@@ -1,10 +1,12 @@
 #include "ScreenTest.h"
 #include "ServicesScreen.h"
 #include "Sql.h"
+#include "SqlValue.h"
 #include "TestInstallation.h"
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QLineEdit>
 #include <QRadioButton>
 #include <QSpinBox>
 #include <QSqlQuery>
@@ -124,6 +126,29 @@ private slots:
         ServicesScreen::showServicesDetail(t.session(), RecordScreen::Mode::Browse, 100);
         QCOMPARE(t.prompter().texts().value(0), message);
         QCOMPARE(mode, fault.isEmpty() ? u"B"_s : u"M"_s);
+    }
+
+    void meterProposalBeyondTheFieldIsRefused()
+    {
+        TANDRILL_INSTALLATION(t);
+        seed(t.session());
+        QSqlQuery q(t.session().db());
+        QVERIFY(Sql::exec(q,
+                          u"INSERT INTO tblEquipmentCount (EquipmentID, ChangeDate, CountType, "
+                          "CountValue) VALUES (7, ?, 'Hours', 999999999)"_s,
+                          {SqlValue::date(t.session().today())}));
+        QString count;
+        onModal<ServicesScreen>("frmServices", [&](ServicesScreen* screen) {
+            auto* period = at<QComboBox>(*screen, "cboRenewalPeriod");
+            period->setCurrentIndex(period->findText(u"Hours"_s));
+            count = at<QLineEdit>(*screen, "txtCount")->text();
+            click(*screen, "cmdCancel");
+            click(*screen, "cmdExit");
+        });
+        ServicesScreen::showServiceUsedDetail(t.session(), 1);
+        QVERIFY(t.prompter().texts().value(0).startsWith(
+            u"Next service count is bigger than field size. please contact "_s));
+        QVERIFY(count.toLongLong() <= 999999999);
     }
 };
 

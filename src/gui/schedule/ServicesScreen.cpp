@@ -2,6 +2,7 @@
 
 #include "CountReadingScreen.h"
 #include "DateBox.h"
+#include "ErrorReport.h"
 #include "FieldExit.h"
 #include "LabourCost.h"
 #include "LookupCombo.h"
@@ -32,6 +33,9 @@
 #include <QTableWidget>
 
 namespace {
+
+// The widest count the next-count field takes.
+constexpr int MaxCount = 999999999;
 
 const char* const DayNames[] = {"Sun", "Mon", "Tue", "Wed", "Thu", "Fri", "Sat"};
 const char* const WeekNames[] = {"First", "Second", "Third", "Forth", "Last"};
@@ -224,7 +228,7 @@ void ServicesScreen::buildScheduleControls()
     m_nextDate = named<DateBox>(frame, QStringLiteral("datNextScheduledDate"));
     m_countFrame = named<QWidget>(frame, QStringLiteral("fraNextScheduledCount"));
     m_count = lineEdit(m_countFrame, "txtCount");
-    m_count->setValidator(new QIntValidator(-999999999, 999999999, m_count));
+    m_count->setValidator(new QIntValidator(-MaxCount, MaxCount, m_count));
     (new QHBoxLayout(m_countFrame))->addWidget(m_count);
     m_countFrame->layout()->setContentsMargins(0, 0, 0, 0);
     const char* const lastNames[] = {"LastDateScheduled", "LastDatePerformed"};
@@ -548,9 +552,16 @@ void ServicesScreen::checkServiceChange(bool propose)
     if (meter && propose) {
         const qint64 equipmentId =
             currentRecord().value(QStringLiteral("EquipmentID")).toLongLong();
-        m_count->setText(QString::number(
+        const qint64 proposed =
             m_interval->value() +
-            NextDateCalculator(session()).equipmentCountByPeriod(equipmentId, periodCode())));
+            NextDateCalculator(session()).equipmentCountByPeriod(equipmentId, periodCode());
+        if (proposed > MaxCount) {
+            session().prompter().inform(
+                QStringLiteral("Next service count is bigger than field size. please contact ") +
+                ErrorReport::MailEndpoint::fromStore(session().store()).recipient);
+            return;
+        }
+        m_count->setText(QString::number(proposed));
     }
 }
 
