@@ -96,6 +96,17 @@ QString unexpected(const QString& word)
     return QStringLiteral("Unexpected argument: %1").arg(word);
 }
 
+bool parseKey(const QString& text, const QString& column, qint64* key, QString* error)
+{
+    bool numeric = false;
+    *key = text.toLongLong(&numeric);
+    if (!numeric || *key <= 0) {
+        *error = QStringLiteral("The ID '%1' is no %2.").arg(text, column);
+        return false;
+    }
+    return true;
+}
+
 QDate parseDay(const QString& text)
 {
     return QDate::fromString(text, QStringLiteral("yyyy-MM-dd"));

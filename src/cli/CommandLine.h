@@ -22,6 +22,12 @@ ExitCode usageError(const CliContext& context, const QString& reason);
 /** The reason for a word that no command expects there. */
 QString unexpected(const QString& word);
 
+/**
+ * A record's key given on the command line: a positive whole number. Else false,
+ * with error telling that the text is no such key (column names what it should be).
+ */
+bool parseKey(const QString& text, const QString& column, qint64* key, QString* error);
+
 /** A day in the form yyyy-MM-dd, or an invalid date. */
 QDate parseDay(const QString& text);
 

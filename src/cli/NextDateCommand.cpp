@@ -52,13 +52,7 @@ bool parse(Arguments& arguments, Request* request, QString* error)
         *error = QStringLiteral("next-date needs the ServiceUsedID of a service, or --all.");
         return false;
     }
-    bool numeric = false;
-    request->id = id.toLongLong(&numeric);
-    if (!numeric || request->id <= 0) {
-        *error = QStringLiteral("The ID '%1' is no ServiceUsedID.").arg(id);
-        return false;
-    }
-    return true;
+    return CommandLine::parseKey(id, QStringLiteral("ServiceUsedID"), &request->id, error);
 }
 
 /** The keys of the services asked for, in order; false after printing why. */

@@ -45,10 +45,7 @@ bool parse(Arguments& arguments, Request* request, QString* error)
         *error = QStringLiteral("reading needs an EquipmentID, a count type and a value.");
         return false;
     }
-    bool numeric = false;
-    request->equipmentId = id.toLongLong(&numeric);
-    if (!numeric || request->equipmentId <= 0) {
-        *error = QStringLiteral("The ID '%1' is no EquipmentID.").arg(id);
+    if (!CommandLine::parseKey(id, QStringLiteral("EquipmentID"), &request->equipmentId, error)) {
         return false;
     }
     if (!ScheduleCodes::isMeterPeriod(ScheduleCodes::periodCode(request->countType))) {
