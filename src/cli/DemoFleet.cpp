@@ -18,7 +18,7 @@
 namespace {
 
 constexpr quint32 Seed = 20240115;
-constexpr int WeeksOfReadings = 26;
+constexpr int WeeksOfReadings = 3 * 52;
 constexpr double LaborCostPerHour = 46.5;
 
 QString text(const char* utf8)
@@ -98,7 +98,7 @@ struct MachineKind
     Meter meter;
     int weeklyUse;
     bool seasonal;
-    const char* services[7];
+    const char* services[12];
     const char* fittingParts[3];
 };
 
@@ -108,38 +108,43 @@ const MachineKind Kinds[] = {
      .makes = {{"Marwick", {"ZT-52", "ZT-61"}}, {"Greenhollow", {"GX 48", "GX 60"}}},
      .capacity = "52 in deck", .engineMake = "Kestrel Power", .fuel = "Gasoline",
      .cost = 11800, .lifeYears = 6, .meter = Meter::Hours, .weeklyUse = 24, .seasonal = true,
-     .services = {"S-101", "S-102", "S-107", "S-201"},
+     .services = {"S-101", "S-102", "S-107", "S-108", "S-110", "S-112", "S-201", "S-206",
+                  "S-207", "S-208"},
      .fittingParts = {"BL-52HI", "BT-A48", "OF-2210"}},
     {.type = "Wide-Area Mower", .unitPrefix = "WM", .count = 5,
      .makes = {{"Marwick", {"WAM-11", "WAM-16"}}, {"Brackley", {"Fairway 4000", "Fairway 5200"}}},
      .capacity = "11 ft cut", .engineMake = "Ironbark Diesel", .fuel = "Diesel",
      .cost = 64500, .lifeYears = 8, .meter = Meter::Hours, .weeklyUse = 22, .seasonal = true,
-     .services = {"S-101", "S-102", "S-104", "S-107", "S-201", "S-202"},
+     .services = {"S-101", "S-102", "S-104", "S-107", "S-108", "S-110", "S-201", "S-202",
+                  "S-206", "S-208"},
      .fittingParts = {"BL-61HI", "HF-7700", "OF-5530"}},
     {.type = "Compact Tractor", .unitPrefix = "CT", .count = 6,
      .makes = {{"Oakhurst", {"CT-25", "CT-40"}}, {"Tallis", {"T-3032", "T-4045"}}},
      .capacity = "Category 1 hitch", .engineMake = "Ironbark Diesel", .fuel = "Diesel",
      .cost = 32900, .lifeYears = 10, .meter = Meter::Hours, .weeklyUse = 9, .seasonal = false,
-     .services = {"S-104", "S-106", "S-107", "S-201", "S-202"},
+     .services = {"S-104", "S-106", "S-107", "S-108", "S-111", "S-113", "S-201", "S-202",
+                  "S-206", "S-207"},
      .fittingParts = {"HF-7700", "OF-5530", "BA-12V35"}},
     {.type = "Pickup Truck", .unitPrefix = "PU", .count = 8,
      .makes = {{"Halden Motors", {"H-150", "H-250"}}, {"Corvane", {"Summit 2500", "Summit 3500"}}},
      .capacity = "3/4 ton", .engineMake = "Vantor", .fuel = "Gasoline",
      .cost = 48700, .lifeYears = 8, .meter = Meter::Miles, .weeklyUse = 420, .seasonal = false,
-     .services = {"S-103", "S-105", "S-203"},
+     .services = {"S-103", "S-105", "S-110", "S-111", "S-113", "S-114", "S-115", "S-203",
+                  "S-209", "S-216"},
      .fittingParts = {"TR-LT265", "OF-5530", "BR-PAD4"}},
     {.type = "Utility Trailer", .unitPrefix = "TR", .count = 6,
      .makes = {{"Pennock Trailers", {"PT-7 Single", "PT-12 Tandem"}},
                {"Pennock Trailers", {"PT-12 Tandem", "PT-7 Single"}}},
      .capacity = "7000 lb GVWR", .engineMake = nullptr, .fuel = nullptr,
      .cost = 6900, .lifeYears = 15, .meter = Meter::Counts, .weeklyUse = 6, .seasonal = false,
-     .services = {"S-103", "S-205"},
+     .services = {"S-103", "S-111", "S-113", "S-114", "S-205", "S-211"},
      .fittingParts = {"WB-1000", "TR-2310"}},
     {.type = "Utility Vehicle", .unitPrefix = "UV", .count = 5,
      .makes = {{"Tallis", {"UV-4", "UV-6 Crew"}}, {"Oakhurst", {"Runabout 2", "Runabout 4"}}},
      .capacity = "1000 lb bed", .engineMake = "Kestrel Power", .fuel = "Gasoline",
      .cost = 14200, .lifeYears = 7, .meter = Meter::Hours, .weeklyUse = 11, .seasonal = false,
-     .services = {"S-101", "S-106", "S-201"},
+     .services = {"S-101", "S-106", "S-108", "S-110", "S-111", "S-113", "S-201", "S-206",
+                  "S-208"},
      .fittingParts = {"OF-2210", "BA-12V35", "SP-RN14"}},
 };
 // clang-format on
@@ -354,6 +359,37 @@ const Service Services[] = {
      .months = "000000000010", .weeks = "11000", .days = Weekdays,
      .note = "Early November: stabilise fuel, fog cylinders, grease all points.",
      .parts = {{"FF-0420", 1}, {"SP-RN14", 2}}},
+    {.jobNo = "S-108", .name = "Grease all fittings", .shopWork = false,
+     .period = "W", .interval = 1, .renewal = "W", .laborHours = 0.5,
+     .months = AllMonths, .weeks = AllWeeks, .days = "0000010",
+     .note = "Fridays: every zerk until fresh grease shows.",
+     .parts = {{"GR-0100", 0.5}}},
+    {.jobNo = "S-110", .name = "Air filter inspection", .shopWork = false,
+     .period = "M", .interval = 1, .renewal = "W", .laborHours = 0.25,
+     .months = AllMonths, .weeks = AllWeeks, .days = Weekdays,
+     .note = "Tap out or replace when the element is dark.",
+     .parts = {{"AF-1180", 0.25}}},
+    {.jobNo = "S-111", .name = "Tire and wheel check", .shopWork = false,
+     .period = "W", .interval = 2, .renewal = "S", .laborHours = 0.25,
+     .months = AllMonths, .weeks = AllWeeks, .days = "0010000",
+     .note = "Every other Tuesday: pressure, lug nuts, tread."},
+    {.jobNo = "S-112", .name = "Deck belt inspection", .shopWork = false,
+     .period = "M", .interval = 1, .renewal = "W", .laborHours = 0.3,
+     .months = "000111111100", .weeks = AllWeeks, .days = Weekdays,
+     .note = "Mowing season: cracks, glazing, tension.",
+     .parts = {{"BT-A48", 0.2}}},
+    {.jobNo = "S-113", .name = "Fire extinguisher and first-aid kit", .shopWork = true,
+     .period = "M", .interval = 6, .renewal = "S", .laborHours = 0.2,
+     .months = AllMonths, .weeks = "10000", .days = Weekdays,
+     .note = "Gauge in the green, seal intact, kit restocked."},
+    {.jobNo = "S-114", .name = "Lights and reflectors check", .shopWork = false,
+     .period = "M", .interval = 1, .renewal = "W", .laborHours = 0.2,
+     .months = AllMonths, .weeks = AllWeeks, .days = Weekdays,
+     .note = "Every lamp, the plug and the reflectors."},
+    {.jobNo = "S-115", .name = "Coolant and wiper service", .shopWork = true,
+     .period = "M", .interval = 3, .renewal = "W", .laborHours = 0.5,
+     .months = AllMonths, .weeks = AllWeeks, .days = Weekdays,
+     .note = "Coolant strength, hoses, blades and washer fluid."},
     {.jobNo = "S-109", .name = "Fleet recall: fuel line clamp", .shopWork = true,
      .period = "D", .interval = 0, .renewal = "D", .separateWo = true, .laborHours = 0.5,
      .months = AllMonths, .weeks = AllWeeks, .days = AllDays,
@@ -383,9 +419,51 @@ const Service Services[] = {
      .months = AllMonths, .weeks = AllWeeks, .days = AllDays,
      .note = "Every 120 trips, counted on the hub counter.",
      .parts = {{"WB-1000", 1}}},
+    {.jobNo = "S-206", .name = "Air filter change", .shopWork = true,
+     .period = "H", .interval = 250, .renewal = "W", .laborHours = 0.3,
+     .months = AllMonths, .weeks = AllWeeks, .days = AllDays,
+     .note = "Every 250 hours.",
+     .parts = {{"AF-1180", 1}}},
+    {.jobNo = "S-207", .name = "Spark plug and PTO belt change", .shopWork = true,
+     .period = "H", .interval = 300, .renewal = "W", .laborHours = 0.75,
+     .months = AllMonths, .weeks = AllWeeks, .days = AllDays,
+     .note = "Every 300 hours.",
+     .parts = {{"SP-RN14", 2}, {"BT-PTO2", 1}}},
+    {.jobNo = "S-208", .name = "Fuel filter change", .shopWork = true,
+     .period = "H", .interval = 200, .renewal = "S", .laborHours = 0.4,
+     .months = AllMonths, .weeks = AllWeeks, .days = AllDays,
+     .note = "Every 200 hours, on the 200-hour grid.",
+     .parts = {{"FF-0420", 1}}},
+    {.jobNo = "S-209", .name = "Brake inspection", .shopWork = true,
+     .period = "I", .interval = 10000, .renewal = "W", .laborHours = 1.0,
+     .months = AllMonths, .weeks = AllWeeks, .days = AllDays,
+     .note = "Every 10,000 miles.",
+     .parts = {{"BR-PAD4", 1}}},
+    {.jobNo = "S-210", .name = "Inspection des freins", .shopWork = true,
+     .period = "K", .interval = 16000, .renewal = "W", .laborHours = 1.0,
+     .months = AllMonths, .weeks = AllWeeks, .days = AllDays,
+     .note = "Tous les 16 000 km.",
+     .parts = {{"BR-PAD4", 1}}},
+    {.jobNo = "S-211", .name = "Coupler and safety chain check", .shopWork = true,
+     .period = "C", .interval = 60, .renewal = "W", .laborHours = 0.3,
+     .months = AllMonths, .weeks = AllWeeks, .days = AllDays,
+     .note = "Every 60 trips.",
+     .parts = {{"GR-0100", 0.25}}},
+    {.jobNo = "S-216", .name = "Tire rotation and balance", .shopWork = true,
+     .period = "I", .interval = 7500, .renewal = "S", .laborHours = 1.0,
+     .months = AllMonths, .weeks = AllWeeks, .days = AllDays,
+     .note = "Every 7,500 miles.",
+     .parts = {{"TR-LT265", 0.5}}},
+    {.jobNo = "S-217", .name = "Rotation et equilibrage des pneus", .shopWork = true,
+     .period = "K", .interval = 12000, .renewal = "S", .laborHours = 1.0,
+     .months = AllMonths, .weeks = AllWeeks, .days = AllDays,
+     .note = "Tous les 12 000 km.",
+     .parts = {{"TR-LT265", 0.5}}},
 };
 // clang-format on
 constexpr int RecallMachines = 3;
+const std::pair<const char*, const char*> MetricJobs[] = {
+    {"S-203", "S-204"}, {"S-209", "S-210"}, {"S-216", "S-217"}};
 
 /** Where a machine stands: its kind, its place among that kind and its place in the key order. */
 struct Place
@@ -1115,7 +1193,10 @@ QList<qint64> DemoFleet::serviceIdsOf(const Machine& machine)
         }
     }
     if (machine.countType == QLatin1String("Kilometers")) {
-        jobs.replace(jobs.indexOf(QStringLiteral("S-203")), QStringLiteral("S-204"));
+        // The Canadian trucks keep the same work on kilometre schedules.
+        for (const auto& [miles, kilometres] : MetricJobs) {
+            jobs.replace(jobs.indexOf(text(miles)), text(kilometres));
+        }
     }
     if (kind.meter == Meter::Miles && machine.ordinal < RecallMachines) {
         jobs.append(QStringLiteral("S-109"));
