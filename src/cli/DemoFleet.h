@@ -18,7 +18,7 @@ class Session;
  * A small, realistic grounds-care fleet for trying the program out and for
  * tests: lookup lists, sites, crews, employees, suppliers, parts in stock,
  * master services with calendar and meter schedules, those services on the
- * machines with their first dates and counts, and months of meter readings.
+ * machines with their first dates and counts, and three years of meter readings.
  *
  * The same day and size give the same data: the numbers come from a fixed
  * seed and every date is counted back or forward from the session's today.
