@@ -39,7 +39,7 @@ QString display(const QTime& time)
     return QStringLiteral("%1:%2%3")
         .arg(hour, 2, 10, QLatin1Char('0'))
         .arg(time.minute(), 2, 10, QLatin1Char('0'))
-        .arg(time.hour() < 12 ? u'A' : u'P');
+        .arg(QChar(time.hour() < 12 ? u'A' : u'P'));
 }
 
 QString stored(const QTime& time)

@@ -77,7 +77,7 @@ WorkOrderRecording::Line toLine(const QSqlRecord& r)
     l.nextScheduledDate = SqlValue::toDate(r.value(7));
     l.period = r.value(8).toString();
     l.scheduleType = ScheduleCodes::periodText(l.period);
-    l.countValue = r.value(9);
+    l.countValue = r.isNull(9) ? QVariant() : r.value(9); // PostgreSQL gives a typed null
     l.startTime = ServiceTime::fromStored(r.value(10));
     l.endTime = ServiceTime::fromStored(r.value(11));
     l.workHours = ServiceTime::fromStored(r.value(12));
