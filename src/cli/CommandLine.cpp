@@ -7,12 +7,26 @@
 #include "ReadingCommand.h"
 #include "ReportCommand.h"
 #include "SqlCommand.h"
+#include "WoRecordCommand.h"
 
 namespace CommandLine {
 
 namespace {
 
 using Command = ExitCode (*)(const CliContext&, Arguments&);
+
+/** "wo": the work order commands, named by the word after it. */
+ExitCode runWorkOrder(const CliContext& context, Arguments& arguments)
+{
+    const QString name = arguments.takePositional();
+    const Command command = WoRecordCommand::commandNamed(name);
+    if (!command) {
+        return usageError(context, name.isEmpty()
+                                       ? QStringLiteral("wo needs one of complete, line, part.")
+                                       : QStringLiteral("Unknown command: wo %1").arg(name));
+    }
+    return command(context, arguments);
+}
 
 Command commandNamed(const QString& name)
 {
@@ -30,6 +44,9 @@ Command commandNamed(const QString& name)
     }
     if (name == QLatin1String("report")) {
         return ReportCommand::run;
+    }
+    if (name == QLatin1String("wo")) {
+        return runWorkOrder;
     }
     return nullptr;
 }
@@ -71,6 +88,19 @@ QString usageText()
         "      defaults to the file's extension. --where is the filter, its ? marks\n"
         "      taking the --value options in order. When the filter breaks the query,\n"
         "      --yes takes the whole list instead of failing.\n"
+        "  wo complete WORKORDERNO [--date yyyy-MM-dd | --clear]\n"
+        "      Marks a work order Complete today or on --date, with every line that is\n"
+        "      not skipped done and its parts used; --clear opens it again and clears\n"
+        "      every line's Completed and Used (Skip stays).\n"
+        "  wo line LINEID (--complete | --uncomplete | --skip NOTE | --unskip |\n"
+        "                  --count N [--yes] | --crew CREWID | --times HH:mm HH:mm)\n"
+        "      Records one change on a work order line (its NserviceUsedID). Completing\n"
+        "      or skipping the first line marks the order Complete. A count below the\n"
+        "      machine's last reading is stored only with --yes. --times stores start\n"
+        "      and end, the hours between and their labour cost at the crew's rate.\n"
+        "  wo part LINEID PARTID (--used | --unused | --qty Q | --price P)\n"
+        "      Records a part of a line: used (only on a Completed line), the quantity\n"
+        "      used or the price.\n"
         "\n"
         "Options:\n"
         "  --home DIR          the installation folder; else TANDRILL_HOME, else\n"
