@@ -1,18 +1,32 @@
 #include "CommandLine.h"
 
 #include "Arguments.h"
+#include "GenerateCommand.h"
 #include "InitCommand.h"
 #include "Installation.h"
 #include "NextDateCommand.h"
 #include "ReadingCommand.h"
 #include "ReportCommand.h"
 #include "SqlCommand.h"
+#include "WoAdminCommand.h"
 
 namespace CommandLine {
 
 namespace {
 
 using Command = ExitCode (*)(const CliContext&, Arguments&);
+
+/** "wo SUBCOMMAND ...": the work order commands. */
+ExitCode workOrder(const CliContext& context, Arguments& arguments)
+{
+    const QString subcommand = arguments.takePositional();
+    if (WoAdminCommand::handles(subcommand)) {
+        return WoAdminCommand::run(context, subcommand, arguments);
+    }
+    return usageError(context, subcommand.isEmpty()
+                                   ? QStringLiteral("wo needs a subcommand.")
+                                   : QStringLiteral("Unknown wo command: %1").arg(subcommand));
+}
 
 Command commandNamed(const QString& name)
 {
@@ -30,6 +44,12 @@ Command commandNamed(const QString& name)
     }
     if (name == QLatin1String("report")) {
         return ReportCommand::run;
+    }
+    if (name == QLatin1String("generate")) {
+        return GenerateCommand::run;
+    }
+    if (name == QLatin1String("wo")) {
+        return workOrder;
     }
     return nullptr;
 }
@@ -71,6 +91,17 @@ QString usageText()
         "      defaults to the file's extension. --where is the filter, its ? marks\n"
         "      taking the --value options in order. When the filter breaks the query,\n"
         "      --yes takes the whole list instead of failing.\n"
+        "  generate --from yyyy-MM-dd --to yyyy-MM-dd [--crew RANGE] [--assign RANGE]\n"
+        "           [--unit UNITNO]...\n"
+        "      Makes the work orders of every machine with services due in the dates\n"
+        "      and not on a work order yet, or of the units named, and prints their\n"
+        "      numbers. --crew narrows by the service's crew, --assign by the machine's\n"
+        "      (RANGE as 3,7-9). All are made or none.\n"
+        "  wo delete WORKORDERNO\n"
+        "      Deletes an open work order with its lines and parts; no history is\n"
+        "      written and its services are due again.\n"
+        "  wo unscheduled UNITNO...\n"
+        "      Makes an empty work order for each unit and prints the numbers.\n"
         "\n"
         "Options:\n"
         "  --home DIR          the installation folder; else TANDRILL_HOME, else\n"
