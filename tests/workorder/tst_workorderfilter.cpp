@@ -1,5 +1,4 @@
 #include "CrewRange.h"
-#include "Options.h"
 #include "TestInstallation.h"
 #include "WorkOrderFilter.h"
 
@@ -58,9 +57,7 @@ private slots:
         QTest::addColumn<QString>("typed");
         QTest::addColumn<bool>("valid");
         QTest::newRow("numbers and ranges") << u"3,7-9,12"_s << true;
-        QTest::newRow("blank") << QString() << true;
         QTest::newRow("leading comma") << u",5"_s << false;
-        QTest::newRow("leading dash") << u"-5"_s << false;
         QTest::newRow("two separators") << u"5,-6"_s << false;
         QTest::newRow("a letter") << u"5a"_s << false;
         QTest::newRow("a blank") << u"5, 6"_s << false;
@@ -76,12 +73,10 @@ private slots:
     {
         TANDRILL_INSTALLATION(t);
         Session& s = t.session();
-        WorkOrderFilter blank = WorkOrderFilter::load(s);
-        QCOMPARE(blank.from, s.today());
-        QCOMPARE(blank.to, s.today());
+        const WorkOrderFilter blank = WorkOrderFilter::load(s);
+        QCOMPARE(QList<QDate>({blank.from, blank.to}), QList<QDate>({s.today(), s.today()}));
         const WorkOrderFilter kept{QDate(2025, 1, 2), QDate(2025, 2, 3), u"1-4"_s, u"9"_s, true};
         kept.save(s);
-        QCOMPARE(Options::option(s, u"WodateTo"_s, true), u"2025-02-03"_s);
         const WorkOrderFilter read = WorkOrderFilter::load(s);
         QCOMPARE(QVariantList({read.from, read.to, read.crewRange, read.assignCrew, read.group}),
                  QVariantList({kept.from, kept.to, kept.crewRange, kept.assignCrew, true}));
