@@ -60,7 +60,4 @@ inline bool addFleet(Session& s)
     return true;
 }
 
-inline WorkOrderFilter march()
-{
-    return {QDate(2025, 3, 1), QDate(2025, 3, 31), QString(), QString(), false};
-}
+inline const WorkOrderFilter March{QDate(2025, 3, 1), QDate(2025, 3, 31), {}, {}, false};

@@ -53,16 +53,16 @@ private slots:
         Session& s = t.session();
         QVERIFY(addFleet(s));
         QList<qint64> numbers;
-        QVERIFY(WorkOrderGeneration(s).generate({7}, march(), &numbers));
+        QVERIFY(WorkOrderGeneration(s).generate({7}, March, &numbers));
         WorkOrderRecords records(s);
         WorkOrderLists lists(s);
         QVERIFY(records.deleteLine(
             num(s, u"SELECT NserviceUsedID FROM tblWoServiceUsed WHERE Name = 'A'"_s)));
-        QCOMPARE(column(lists.dueServices(7, march()), u"ServiceName"_s),
+        QCOMPARE(column(lists.dueServices(7, March), u"ServiceName"_s),
                  (QStringList{u"A"_s, u"D"_s}));
         QCOMPARE(num(s, u"SELECT COUNT(*) FROM tblWoPartUsed"_s), 0);
         QVERIFY(records.deleteWorkOrder(numbers[0]));
-        QCOMPARE(lists.dueServices(7, march()).size(), 3);
+        QCOMPARE(lists.dueServices(7, March).size(), 3);
         QCOMPARE(num(s, u"SELECT COUNT(*) FROM tblWoServiceUsed"_s), 1);
         QVERIFY(records.markPrinted({}) && records.markPrinted({numbers[1]}));
         QCOMPARE(num(s, u"SELECT WorkOrderNo FROM tblWorkorder WHERE Printed = -1"_s), numbers[1]);
