@@ -1,12 +1,14 @@
 #include "CommandLine.h"
 
 #include "Arguments.h"
+#include "GenerateCommand.h"
 #include "InitCommand.h"
 #include "Installation.h"
 #include "NextDateCommand.h"
 #include "ReadingCommand.h"
 #include "ReportCommand.h"
 #include "SqlCommand.h"
+#include "WoAdminCommand.h"
 #include "WoRecordCommand.h"
 
 namespace CommandLine {
@@ -19,11 +21,16 @@ using Command = ExitCode (*)(const CliContext&, Arguments&);
 ExitCode runWorkOrder(const CliContext& context, Arguments& arguments)
 {
     const QString name = arguments.takePositional();
+    if (WoAdminCommand::handles(name)) {
+        return WoAdminCommand::run(context, name, arguments);
+    }
     const Command command = WoRecordCommand::commandNamed(name);
     if (!command) {
-        return usageError(context, name.isEmpty()
-                                       ? QStringLiteral("wo needs one of complete, line, part.")
-                                       : QStringLiteral("Unknown command: wo %1").arg(name));
+        return usageError(
+            context,
+            name.isEmpty()
+                ? QStringLiteral("wo needs one of complete, line, part, delete, unscheduled.")
+                : QStringLiteral("Unknown command: wo %1").arg(name));
     }
     return command(context, arguments);
 }
@@ -44,6 +51,9 @@ Command commandNamed(const QString& name)
     }
     if (name == QLatin1String("report")) {
         return ReportCommand::run;
+    }
+    if (name == QLatin1String("generate")) {
+        return GenerateCommand::run;
     }
     if (name == QLatin1String("wo")) {
         return runWorkOrder;
@@ -88,6 +98,17 @@ QString usageText()
         "      defaults to the file's extension. --where is the filter, its ? marks\n"
         "      taking the --value options in order. When the filter breaks the query,\n"
         "      --yes takes the whole list instead of failing.\n"
+        "  generate --from yyyy-MM-dd --to yyyy-MM-dd [--crew RANGE] [--assign RANGE]\n"
+        "           [--unit UNITNO]...\n"
+        "      Makes the work orders of every machine with services due in the dates\n"
+        "      and not on a work order yet, or of the units named, and prints their\n"
+        "      numbers. --crew narrows by the service's crew, --assign by the machine's\n"
+        "      (RANGE as 3,7-9). All are made or none.\n"
+        "  wo delete WORKORDERNO\n"
+        "      Deletes an open work order with its lines and parts; no history is\n"
+        "      written and its services are due again.\n"
+        "  wo unscheduled UNITNO...\n"
+        "      Makes an empty work order for each unit and prints the numbers.\n"
         "  wo complete WORKORDERNO [--date yyyy-MM-dd | --clear]\n"
         "      Marks a work order Complete today or on --date, with every line that is\n"
         "      not skipped done and its parts used; --clear opens it again and clears\n"
