@@ -12,6 +12,7 @@
 #include "EquipmentManager.h"
 #include "EquipmentReadingScreen.h"
 #include "EquipmentScreen.h"
+#include "EquipmentServices.h"
 #include "IndicatorScreen.h"
 #include "InventoryCheckInScreen.h"
 #include "LocationScreen.h"
@@ -27,6 +28,7 @@
 #include "QuickFindScreen.h"
 #include "ReportPreviewScreen.h"
 #include "ScriptedPrompter.h"
+#include "ServiceDateConfirmationScreen.h"
 #include "ServicesManagerScreen.h"
 #include "ServicesScreen.h"
 #include "Session.h"
@@ -103,6 +105,27 @@ void wireMachineDialogs(MainScreen& main, Session& session, ScreenCatalogue& scr
                    onFirstMachine(&EquipmentImageScreen::showEquipmentImageDetail));
     screens.insert(QStringLiteral("frmAssignCrew"),
                    onFirstMachine(&AssignCrewScreen::showAssignCrew));
+}
+
+/**
+ * The date confirmation of a post, for its picture only: on the first service of the
+ * first machine, completed today. Posting itself asks it while it runs.
+ */
+void wirePostingDialogs(MainScreen& main, Session& session, ScreenCatalogue& screens)
+{
+    screens.insert(QStringLiteral("frmServiceDateConfirmation"), [&session, &main] {
+        const Rows machines = EquipmentManager(session).list();
+        const Rows services =
+            machines.isEmpty()
+                ? Rows()
+                : EquipmentServices(session).rows(
+                      machines.first().value(QStringLiteral("EquipmentID")).toLongLong());
+        if (!services.isEmpty()) {
+            ServiceDateConfirmationScreen::showServiceDateConfirmationForm(
+                session, session.today(),
+                services.first().value(QStringLiteral("ServiceUsedID")).toLongLong(), &main);
+        }
+    });
 }
 
 /**
@@ -291,6 +314,7 @@ ScreenCatalogue wireScreens(MainScreen& main, Session& session)
                    report(QStringLiteral("ShowEquipmentListDetail")));
     wireStockScreens(main, session, screens);
     wireMachineDialogs(main, session, screens);
+    wirePostingDialogs(main, session, screens);
     wireDateReadings(main, session, screens);
     wireFinders(main, session, screens);
     wireReadings(main, session, screens);

@@ -5,6 +5,7 @@
 #include "InitCommand.h"
 #include "Installation.h"
 #include "NextDateCommand.h"
+#include "PostCommand.h"
 #include "ReadingCommand.h"
 #include "ReportCommand.h"
 #include "SqlCommand.h"
@@ -49,6 +50,9 @@ Command commandNamed(const QString& name)
     if (name == QLatin1String("reading")) {
         return ReadingCommand::run;
     }
+    if (name == QLatin1String("post")) {
+        return PostCommand::run;
+    }
     if (name == QLatin1String("report")) {
         return ReportCommand::run;
     }
@@ -90,6 +94,11 @@ QString usageText()
         "      today or --date, and makes the machine's meter services due that it\n"
         "      reaches. A reading below the last, dated before the last or after\n"
         "      today, or of a period with a work order line open is refused.\n"
+        "  post\n"
+        "      Posts every Complete work order: done and skipped lines go to history,\n"
+        "      their services move on, readings are stored and used parts leave stock.\n"
+        "      Prints the work orders posted and those held back because a meter line\n"
+        "      lacks its count.\n"
         "  report --list\n"
         "      Lists the reports: procedure, layout and title, separated by tabs.\n"
         "  report NAME [--where TEXT [--value V]...] [--yes] [--format pdf|xlsx|csv]\n"

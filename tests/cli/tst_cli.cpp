@@ -247,6 +247,21 @@ private slots:
     }
 
     // The program itself, as a shell runs it, on a demo fleet.
+    void postPrintsPostedAndHeldBackOrders()
+    {
+        TANDRILL_CLI_HOME(h);
+        // Order 1 has a done line; order 2 a done hour line without its count.
+        for (const char* insert :
+             {"tblWorkorder (WorkOrderNo, Complete) VALUES (1, -1), (2, -1)",
+              "tblWoServiceUsed (WorkOrderNo, ServiceUsedID, Period, Completed) VALUES "
+              "(1, 0, 'D', -1), (2, 0, 'H', -1)"}) {
+            QCOMPARE(h.run({u"sql"_s, u"INSERT INTO "_s + QLatin1String(insert)}).code, 0);
+        }
+        const CliResult posted = h.run({u"post"_s});
+        QCOMPARE(posted.out, u"Posted: 1\nHeld back: 2\n"_s);
+        QVERIFY(posted.err.contains(u"Following Work Orders (2)"_s));
+    }
+
     void programGivesADateForEveryServiceOfTheDemoFleet()
     {
         CliHome h;
