@@ -285,7 +285,8 @@ Schema::Schema()
                                                    {"Description", T::Text},
                                                    {"PartCategoryID", T::Text},
                                                    {"Price", T::Double},
-                                                   {"SupplierID", T::Long},
+                                                   // The supplier's name, kept if it goes.
+                                                   {"SupplierID", T::Text},
                                                    {"QuantityRequired", T::Double},
                                                    {"QuantityUsed", T::Double}})},
         {QStringLiteral("tblPart"), cols({{"PartID", T::TextKey},

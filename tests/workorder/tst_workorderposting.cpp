@@ -125,8 +125,8 @@ private slots:
         // Not used is 0; P1 on two lines ends at 10 less the last line's 4; P2 is untracked.
         QCOMPARE(dump(s, u"SELECT ServiceusedID, PartID, Description, PartCategoryID, SupplierID, "
                          "QuantityUsed FROM tblWoPartHistory ORDER BY 1, 2"_s),
-                 u"11,P1,Filter,Filters,1,2|11,p2,Rag,,0,1|12,P1,Filter,Filters,0,0|"
-                 "31,P1,Filter,Filters,0,4"_s);
+                 u"11,P1,Filter,Filters,Acme,2|11,p2,Rag,,,1|12,P1,Filter,Filters,,0|"
+                 "31,P1,Filter,Filters,,4"_s);
         QCOMPARE(dump(s, u"SELECT PartID, Quantity FROM tblPart ORDER BY 1"_s), u"P1,6|P2,5"_s);
         // W counts 30 days from completion, S takes the confirmed date, D retires unmoved.
         QCOMPARE(dump(s, ScheduleDump),
