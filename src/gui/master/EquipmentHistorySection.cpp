@@ -273,7 +273,9 @@ void EquipmentScreen::showHistory()
         }
     }
     m_fillingHistory = false;
-    m_historyRows->setCurrentCell(std::min(current, int(rows.size()) - 1), Column::Date);
+    // The row worked on stays chosen, else the first: its parts are shown below.
+    m_historyRows->setCurrentCell(
+        rows.isEmpty() ? -1 : std::clamp(current, 0, int(rows.size()) - 1), Column::Date);
     showPartHistory();
 }
 
@@ -281,7 +283,8 @@ void EquipmentScreen::showPartHistory()
 {
     const qint64 lineId = selectedHistoryId();
     const Rows rows = lineId ? m_history.partRows(lineId) : Rows();
-    m_fillingHistory = true;
+    // Also runs while the history grid is filled, as its current row is replaced.
+    const bool filling = std::exchange(m_fillingHistory, true);
     m_partHistoryRows->setRowCount(0);
     m_partHistoryRows->setRowCount(int(rows.size()));
     for (int r = 0; r < rows.size(); ++r) {
@@ -294,7 +297,7 @@ void EquipmentScreen::showPartHistory()
             m_partHistoryRows->setItem(r, c, item);
         }
     }
-    m_fillingHistory = false;
+    m_fillingHistory = filling;
 }
 
 qint64 EquipmentScreen::selectedHistoryId() const
