@@ -48,16 +48,6 @@ private slots:
         QCOMPARE(printed + QString::number(recorded), u"A19"_s);
         emit tree->itemClicked(open, 0);
         QVERIFY(!open->isExpanded());
-
-        int found = 0;
-        QVERIFY(!child<QPushButton>(board, "cmdToolbar_5")->isEnabled());
-        QVERIFY(board.setToolbarHandler(OverdueBoardScreen::Find, [&found] { ++found; }));
-        click(board, "cmdToolbar_5");
-        QCOMPARE(found, 1);
-        auto* reports = child<QTreeWidget>(board, "grdReport");
-        QCOMPARE(reports->topLevelItemCount(), 3);
-        QTest::mouseClick(child<QWidget>(board, "imgClose"), Qt::LeftButton);
-        QVERIFY(!reports->isVisible());
     }
 };
 

@@ -351,7 +351,8 @@ void EquipmentScreen::onHistoryCellClicked(int row, int column)
             ServiceHistory::timeText(m_historyRows->item(row, c)->data(Qt::UserRole), false);
         times.append(shown.isEmpty() ? QStringLiteral("00:00") : shown);
     }
-    dialog(session(), selectedHistoryId(), times, HistoryTable, this);
+    dialog(session(), m_historyRows->item(row, Column::LineId)->data(Qt::UserRole).toLongLong(),
+           times, HistoryTable, this);
     showHistory();
 }
 

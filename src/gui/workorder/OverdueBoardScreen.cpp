@@ -4,6 +4,7 @@
 #include "OverdueBoard.h"
 #include "Session.h"
 
+#include <QEvent>
 #include <QFile>
 #include <QHBoxLayout>
 #include <QHeaderView>
@@ -128,12 +129,17 @@ QWidget* OverdueBoardScreen::buildBoard()
 QWidget* OverdueBoardScreen::buildReports()
 {
     m_reportPanel = panel("picReports", "lblReport", QStringLiteral("Reports"));
-    auto* close = new QToolButton;
-    close->setObjectName(QStringLiteral("imgClose"));
-    close->setAutoRaise(true);
-    close->setIcon(style()->standardIcon(QStyle::SP_TitleBarCloseButton));
-    connect(close, &QToolButton::clicked, this, &OverdueBoardScreen::loadUnloadReportsNavigator);
-    qobject_cast<QHBoxLayout*>(m_reportPanel->layout()->itemAt(0)->layout())->addWidget(close);
+    m_closeResting = installedIcon(QStringLiteral("close_1.bmp"), QStyle::SP_TitleBarCloseButton);
+    m_closePointed = installedIcon(QStringLiteral("close_2.bmp"), QStyle::SP_DialogCloseButton);
+    m_close = new QToolButton;
+    m_close->setObjectName(QStringLiteral("imgClose"));
+    m_close->setAutoRaise(true);
+    m_close->setIcon(m_closeResting);
+    connect(m_close, &QToolButton::clicked, this, &OverdueBoardScreen::loadUnloadReportsNavigator);
+    auto* top = qobject_cast<QHBoxLayout*>(m_reportPanel->layout()->itemAt(0)->layout());
+    top->addWidget(m_close);
+    m_close->installEventFilter(this);
+    top->itemAt(0)->widget()->installEventFilter(this);
     m_reports = tree("grdReport", {QStringLiteral("Reports")});
     m_reports->setHeaderHidden(true);
     m_reportPanel->layout()->addWidget(m_reports);
@@ -219,6 +225,20 @@ void OverdueBoardScreen::setGroupIcon(QTreeWidgetItem* item)
 void OverdueBoardScreen::loadUnloadReportsNavigator()
 {
     m_reportPanel->setVisible(m_reportPanel->isHidden());
+}
+
+bool OverdueBoardScreen::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::Enter || event->type() == QEvent::Leave) {
+        m_close->setIcon(event->type() == QEvent::Enter ? m_closePointed : m_closeResting);
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+QIcon OverdueBoardScreen::installedIcon(const QString& file, QStyle::StandardPixmap fallback) const
+{
+    const QString path = m_session.installation().path(QStringLiteral("Lib/Icon/") + file);
+    return QFile::exists(path) ? QIcon(path) : style()->standardIcon(fallback);
 }
 
 QIcon OverdueBoardScreen::icon(const QString& file, const QString& fallback) const

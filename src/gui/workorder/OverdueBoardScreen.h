@@ -2,11 +2,13 @@
 
 #include <QIcon>
 #include <QList>
+#include <QStyle>
 #include <QWidget>
 #include <functional>
 
 class QFrame;
 class QPushButton;
+class QToolButton;
 class QTreeWidget;
 class QTreeWidgetItem;
 class Session;
@@ -48,6 +50,10 @@ public:
     /** The actions of the rows' links; a kind without one is shown disabled. */
     void setLinkHandlers(UnitHandler print, WorkOrderHandler record);
 
+protected:
+    /** Pointing at the close image or the report caption lights the image up. */
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 public slots:
     /** Fills the board again from the data. */
     void loadData();
@@ -63,6 +69,7 @@ private:
     void onItemClicked(QTreeWidgetItem* item);
     void setGroupIcon(QTreeWidgetItem* item);
     QIcon icon(const QString& file, const QString& fallback) const;
+    QIcon installedIcon(const QString& file, QStyle::StandardPixmap fallback) const;
 
     Session& m_session;
     QList<QPushButton*> m_toolbar;
@@ -71,6 +78,9 @@ private:
     QTreeWidgetItem* m_overdueGroup = nullptr;
     QTreeWidget* m_reports = nullptr;
     QFrame* m_reportPanel = nullptr;
+    QToolButton* m_close = nullptr;
+    QIcon m_closeResting;
+    QIcon m_closePointed;
     QIcon m_minus;
     QIcon m_plus;
     UnitHandler m_print;
