@@ -45,9 +45,8 @@ private slots:
                 Sql::exec(q,
                           u"INSERT INTO tblWOServiceUsedHistory (WorkOrderNo, ServiceUsedID, "
                           "EquipmentID, ServiceName, StartTime, EndTime, CountValue, "
-                          "CompleteDate) VALUES (5, 11, 7, 'Oil', '09:00', '17:00', 300, ?), "
-                          "(5, 12, 7, 'Belt', NULL, NULL, NULL, ?)"_s,
-                          {SqlValue::date({2025, 2, 1}), SqlValue::date({2025, 2, 2})}) &&
+                          "CompleteDate) VALUES (5, 11, 7, 'Oil', '09:00', '17:00', 300, ?)"_s,
+                          {SqlValue::date({2025, 2, 1})}) &&
                 Sql::exec(q, u"INSERT INTO tblWoPartHistory (ServiceusedID, PartID, "
                              "QuantityUsed, Price) VALUES (11, 'P1', 2, 1.5)"_s));
         EquipmentScreen screen(t.session());
@@ -55,7 +54,7 @@ private slots:
         screen.showSection(2);
         auto* rows = child<QTableWidget>(screen, "grdServiceHistory");
         auto* parts = child<QTableWidget>(screen, "grdPartHistory");
-        QCOMPARE(rows->rowCount(), 2);
+        QCOMPARE(rows->rowCount(), 1);
         QCOMPARE(rows->item(0, ServiceHistory::WorkHrs)->text() +
                      rows->item(0, ServiceHistory::PartCost)->text(),
                  u"$3.00"_s);
@@ -69,16 +68,12 @@ private slots:
         typeInto(parts, 0, 2, u"4"_s);
         QCOMPARE(rows->item(0, ServiceHistory::PartCost)->text(), u"$6.00"_s);
 
-        rows->setCurrentCell(1, ServiceHistory::Date);
         t.prompter().queueAnswer(Prompter::Answer::Yes);
         click(screen, "cmdDeleteHistory");
-        QCOMPARE(rows->rowCount(), 1);
-        QVERIFY(t.prompter().texts().last().endsWith(u"history"_s));
-
+        QCOMPARE(rows->rowCount(), 0);
         click(screen, "cmdUpdate");
         child<QDateEdit>(screen, "datDateFrom")->setDate({2025, 2, 2});
         click(screen, "cmdRefresh");
-        QCOMPARE(rows->rowCount(), 0);
         QCOMPARE(Options::option(t.session(), u"EqDateFrom"_s, true), u"02/02/2025"_s);
         click(screen, "cmdAdd");
         child<QPushButton>(screen, "cmdRefresh")->click();

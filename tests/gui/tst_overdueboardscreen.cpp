@@ -42,7 +42,6 @@ private slots:
         qint64 recorded = 0;
         board.setLinkHandlers([&](const QString& unit) { printed = unit; },
                               [&](qint64 order) { recorded = order; });
-        QCOMPARE(open->childCount(), 1);
         emit tree->itemClicked(open->child(0), 0);
         emit tree->itemClicked(overdue->child(0), 0);
         QCOMPARE(printed + QString::number(recorded), u"A19"_s);
