@@ -22,6 +22,7 @@
 #include "MainScreenshot.h"
 #include "MessageBoxPrompter.h"
 #include "MessageTexts.h"
+#include "OverdueBoardScreen.h"
 #include "PartManagerScreen.h"
 #include "PartQuickFindScreen.h"
 #include "PartScreen.h"
@@ -50,18 +51,21 @@ constexpr int ScreenshotFailedExitCode = 3;
 constexpr int ScreenshotTimeoutMs = 15000;
 
 const QString MainScreenName = QStringLiteral("frmMainScreen");
+/** Shown inside the main screen from the start, so nothing needs to open it. */
+const QString BoardName = QStringLiteral("frmOverDueWork");
 
 /** Screens that open by name, for --screenshot; each also opens from its menu entries. */
 using ScreenCatalogue = QHash<QString, MainScreen::Handler>;
 using ShowDetail = QVariant (*)(Session&, RecordScreen::Mode, const QVariant&, QWidget*);
 
 /** The stock screens that are not record screens. */
-void wireStockScreens(MainScreen& main, Session& session, ScreenCatalogue& screens)
+void wireStockScreens(MainScreen& main, OverdueBoardScreen& board, Session& session,
+                      ScreenCatalogue& screens)
 {
     const auto openCheckIn = [&session, &main] {
         InventoryCheckInScreen::showInventoryCheckIn(session, &main);
     };
-    main.setHandler(QStringLiteral("cmdToolbar_4"), openCheckIn);
+    board.setToolbarHandler(OverdueBoardScreen::InventoryCheckIn, openCheckIn);
     screens.insert(QStringLiteral("frmInventryCheckIn"), openCheckIn);
     screens.insert(QStringLiteral("frmPartManager"), [&session, &main] {
         QString none;
@@ -133,7 +137,8 @@ void wirePostingDialogs(MainScreen& main, Session& session, ScreenCatalogue& scr
  * first, as the navigator's Equipment entry finds it. The count sheet
  * opens from the toolbar, and tells a user without the right why not.
  */
-void wireReadings(MainScreen& main, Session& session, ScreenCatalogue& screens)
+void wireReadings(MainScreen& main, OverdueBoardScreen& board, Session& session,
+                  ScreenCatalogue& screens)
 {
     main.setHandler(QStringLiteral("mnuRecordCount"), [&session, &main] {
         const QString machine = QuickFindScreen::showQuickFind(
@@ -146,7 +151,7 @@ void wireReadings(MainScreen& main, Session& session, ScreenCatalogue& screens)
     const auto openSheet = [&session, &main] {
         EquipmentReadingScreen::showEquipmentReading(session, &main);
     };
-    main.setHandler(QStringLiteral("cmdToolbar_2"), [&session, openSheet] {
+    board.setToolbarHandler(OverdueBoardScreen::EquipmentReading, [&session, openSheet] {
         if (session.rights().has(UserRights::EqCountSheet)) {
             openSheet();
         } else {
@@ -160,7 +165,8 @@ void wireReadings(MainScreen& main, Session& session, ScreenCatalogue& screens)
  * The navigator's finders: a quick find, then the record screen on the record
  * chosen; "Add New" in the quick find opens that screen on a new record.
  */
-void wireFinders(MainScreen& main, Session& session, ScreenCatalogue& screens)
+void wireFinders(MainScreen& main, OverdueBoardScreen& board, Session& session,
+                 ScreenCatalogue& screens)
 {
     using Finder = std::function<QString(const QuickFindScreen::AddOpener&)>;
     const auto findThenShow = [&session, &main](Finder find, ShowDetail show) {
@@ -197,10 +203,11 @@ void wireFinders(MainScreen& main, Session& session, ScreenCatalogue& screens)
                                                                                    add);
                                  },
                                  &PartScreen::showPartDetail));
-    main.setNavigatorHandler(
-        MainNavigator::Equipment,
+    const auto findEquipment =
         findThenShow(quickFind("tblEquipment", "UnitNo", "Unit No", "frmEquipment"),
-                     &EquipmentScreen::showEquipmentDetail));
+                     &EquipmentScreen::showEquipmentDetail);
+    main.setNavigatorHandler(MainNavigator::Equipment, findEquipment);
+    board.setToolbarHandler(OverdueBoardScreen::Find, findEquipment);
     screens.insert(
         QStringLiteral("frmQuickFind"),
         [find = quickFind("tblEquipment", "UnitNo", "Unit No", "frmEquipment")] { find({}); });
@@ -215,7 +222,7 @@ void wireFinders(MainScreen& main, Session& session, ScreenCatalogue& screens)
  * screens.insert("frmX", opener) so that a picture of it can be taken.
  * An entry left unwired stays disabled.
  */
-ScreenCatalogue wireScreens(MainScreen& main, Session& session)
+ScreenCatalogue wireScreens(MainScreen& main, OverdueBoardScreen& board, Session& session)
 {
     ScreenCatalogue screens;
     const auto opener = [&session](ShowDetail show, RecordScreen::Mode mode) {
@@ -274,6 +281,8 @@ ScreenCatalogue wireScreens(MainScreen& main, Session& session)
     wireViewAndAdd(QStringLiteral("frmEmployee"), &EmployeeScreen::showEmployeeDetail,
                    QStringLiteral("Employee"));
     wireViewAndAdd(QStringLiteral("frmPart"), &PartScreen::showPartDetail, QStringLiteral("Part"));
+    board.setToolbarHandler(OverdueBoardScreen::AddNewPart,
+                            onMain(&PartScreen::showPartDetail, RecordScreen::Mode::Add));
     wireViewAndAdd(QStringLiteral("frmServices"), &ServicesScreen::showServicesDetail,
                    QStringLiteral("Service"));
     // The navigator's "Services" follows mnuViewService.
@@ -312,12 +321,12 @@ ScreenCatalogue wireScreens(MainScreen& main, Session& session)
     // The equipment list waits for its filter screen on the menu; the picture shows it whole.
     screens.insert(QStringLiteral("frmReportPreview"),
                    report(QStringLiteral("ShowEquipmentListDetail")));
-    wireStockScreens(main, session, screens);
+    wireStockScreens(main, board, session, screens);
     wireMachineDialogs(main, session, screens);
     wirePostingDialogs(main, session, screens);
     wireDateReadings(main, session, screens);
-    wireFinders(main, session, screens);
-    wireReadings(main, session, screens);
+    wireFinders(main, board, session, screens);
+    wireReadings(main, board, session, screens);
     return screens;
 }
 
@@ -333,7 +342,8 @@ int takeScreenshot(QApplication& app, Prompter& prompter, const MainCommandLine&
 {
     const QString name = line.screenshotScreen;
     const QString window = MainScreenshot::windowName(name);
-    if (window != MainScreenName && !screens.contains(window)) {
+    const bool withMain = window == MainScreenName || window == BoardName;
+    if (!withMain && !screens.contains(window)) {
         return fail(prompter, QStringLiteral("No screen named %1 can be opened.").arg(name),
                     MainCommandLine::UsageExitCode);
     }
@@ -344,7 +354,7 @@ int takeScreenshot(QApplication& app, Prompter& prompter, const MainCommandLine&
             }
             QCoreApplication::exit(ok ? 0 : ScreenshotFailedExitCode);
         });
-    if (window != MainScreenName) {
+    if (!withMain) {
         QTimer::singleShot(0, &app, screens.value(window));
     }
     return app.exec();
@@ -404,7 +414,12 @@ int main(int argc, char* argv[])
     }
 
     MainScreen main(session);
-    const ScreenCatalogue screens = wireScreens(main, session);
+    // The board is the home view; it reloads whenever the main window is active again.
+    auto* board = new OverdueBoardScreen(session);
+    main.setHomeWidget(board, [board] { board->loadData(); });
+    main.setNavigatorHandler(MainNavigator::Reports,
+                             [board] { board->loadUnloadReportsNavigator(); });
+    const ScreenCatalogue screens = wireScreens(main, *board, session);
     main.show();
     if (line.wantsScreenshot()) {
         return takeScreenshot(app, prompter, line, screens);

@@ -29,8 +29,6 @@ namespace {
 const QColor HeaderBackground{175, 179, 186};
 const QColor LogoForeground{36, 71, 109};
 const QString UpdateDatabase = QStringLiteral("mnuUpdateDatabase");
-const QString EquipmentReading = QStringLiteral("cmdToolbar_2");
-const QString InventoryCheckIn = QStringLiteral("cmdToolbar_4");
 const QString NoUser;
 const QString ChiefUser = QStringLiteral("CHIEF");
 
@@ -162,15 +160,6 @@ QMenu* MainScreen::addMenu(QWidget* above, const QString& objectName, const QStr
     menu->setObjectName(objectName);
     m_actions.insert(objectName, menu->menuAction());
     return menu;
-}
-
-QAction* MainScreen::addToolEntry(const QString& objectName, const QString& caption)
-{
-    auto* entry = new QAction(caption, this);
-    entry->setObjectName(objectName);
-    m_actions.insert(objectName, entry);
-    connect(entry, &QAction::triggered, this, [this, objectName] { runEntry(objectName); });
-    return entry;
 }
 
 QAction* MainScreen::addEntry(QMenu* menu, const QString& objectName, const QString& caption)
@@ -308,12 +297,7 @@ void MainScreen::buildToolBar()
         {QStringLiteral("mnuRecordCount"), QStringLiteral("Record Count"),
          QStyle::SP_FileDialogInfoView},
         {QStringLiteral("mnuAddPart"), QStringLiteral("Add Part"), QStyle::SP_FileDialogNewFolder},
-        {EquipmentReading, QStringLiteral("Equipment Reading"), QStyle::SP_FileDialogListView},
-        {InventoryCheckIn, QStringLiteral("Inventory CheckIn"), QStyle::SP_ArrowDown},
     };
-    // Stock is received and the count sheet filled from the toolbar alone: no menu has entries.
-    addToolEntry(EquipmentReading, QStringLiteral("Equipment Reading"));
-    addToolEntry(InventoryCheckIn, QStringLiteral("Inventory CheckIn"));
     // The buttons are the menu entries themselves, so they share their handler and state.
     for (const Button& button : buttons) {
         if (!toolBar->actions().isEmpty()) {

@@ -81,8 +81,6 @@ private:
     void buildMenus();
     QMenu* addMenu(QWidget* above, const QString& objectName, const QString& title);
     QAction* addEntry(QMenu* menu, const QString& objectName, const QString& caption);
-    /** An entry of the toolbar alone, handled like a menu entry. */
-    QAction* addToolEntry(const QString& objectName, const QString& caption);
     QWidget* buildHeader();
     void buildToolBar();
     void registerOwnEntries();

@@ -35,6 +35,13 @@ QWidget* findShown(const QString& screenName)
             return window;
         }
     }
+    // A view that lives inside a window, as the overdue board inside the main screen.
+    for (QWidget* window : windows) {
+        QWidget* inside = window->isVisible() ? window->findChild<QWidget*>(screenName) : nullptr;
+        if (inside && inside->isVisible()) {
+            return inside;
+        }
+    }
     return nullptr;
 }
 

@@ -15,7 +15,8 @@ namespace MainScreenshot {
 /** Saves a picture of widget to file; false with the reason when it cannot be written. */
 bool save(QWidget* widget, const QString& file, QString* error);
 
-/** The visible window named screenName: the modal one first, then any top-level one. */
+/** The visible window named screenName: the modal one first, then any top-level one, then
+ *  a view shown inside a window. */
 QWidget* findShown(const QString& screenName);
 
 /** The window's part of a screen name: "frmEquipment.fraService" is frmEquipment's. */

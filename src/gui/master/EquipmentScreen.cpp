@@ -63,7 +63,7 @@ EquipmentScreen::EquipmentScreen(Session& session, QWidget* parent)
     : RecordScreen(session, QStringLiteral("frmEquipment"), QStringLiteral("tblEquipment"),
                    KeyField, parent),
       m_manager(session), m_partList(session), m_depreciation(session), m_services(session),
-      m_readings(session), m_attachments(session)
+      m_readings(session), m_attachments(session), m_history(session)
 {
     setWindowTitle(QStringLiteral("Equipment"));
     auto* fields = new QHBoxLayout;
@@ -218,6 +218,7 @@ void EquipmentScreen::showChildren()
     showRows(m_documents, m_attachments.documents(id), {});
     showServices();
     showCounts();
+    showHistory();
     const QDate acquired = findChild<DateBox*>(QStringLiteral("datAcquisitionDate"))->value();
     m_lines.value(QStringLiteral("txtPurchaseYear"))
         ->setText(acquired.isValid() ? QString::number(acquired.year()) : QString());
@@ -327,6 +328,7 @@ void EquipmentScreen::enableControls()
     enable("cmdRemoveDocument", saved && m_documents->rowCount() > 0);
     enable("cmdPreview", saved && m_documents->rowCount() > 0);
     enableServiceButtons(saved);
+    enable("cmdDeleteHistory", saved && m_historyRows->rowCount() > 0);
 }
 
 void EquipmentScreen::markSectionsWithData()

@@ -8,11 +8,13 @@
 #include "EquipmentServices.h"
 #include "MeterReadings.h"
 #include "RecordScreen.h"
+#include "ServiceHistory.h"
 
 #include <QHash>
 #include <functional>
 
 class QComboBox;
+class QDateEdit;
 class QLabel;
 class QLineEdit;
 class QPushButton;
@@ -54,6 +56,14 @@ public:
             countAsker;
     };
 
+    /**
+     * The time dialog of a history row: its lineId, the start, end and hours (a
+     * null as "00:00") and the table the dialog writes to.
+     */
+    using HistoryTimeDialog =
+        std::function<void(Session& session, qint64 lineId, const QStringList& times,
+                           const QString& table, QWidget* parent)>;
+
     explicit EquipmentScreen(Session& session, QWidget* parent = nullptr);
 
     /**
@@ -66,6 +76,8 @@ public:
     static void setPartPicker(PartPicker picker);
     /** The screens behind the Service and Counts sections. */
     static void setServiceHooks(ServiceHooks hooks);
+    /** The dialog a click on a history row's times opens; without one they are typed in place. */
+    static void setHistoryTimeDialog(HistoryTimeDialog dialog);
 
     /** The section shown, 0 to 12. */
     int section() const;
@@ -100,8 +112,6 @@ private:
     QWidget* documentsSection();
     QWidget* serviceSection();
     QWidget* countsSection();
-    QWidget* emptySection(const char* frame, const char* grid,
-                          std::initializer_list<const char*> buttons);
     QWidget* page(const char* frame);
     QLineEdit* line(const char* name, const QString& column, QString* member);
     QLineEdit* number(const char* name, const QString& column, FieldBindings::Member member,
@@ -114,6 +124,18 @@ private:
     QLabel* label(const char* name, const QString& text);
     QTableWidget* table(const char* name, const QStringList& captions);
     QPushButton* button(const char* name, const QString& caption);
+
+    // History, in EquipmentHistorySection.cpp.
+    static HistoryTimeDialog& historyTimeDialog();
+    QWidget* historySection();
+    void showHistory();
+    void showPartHistory();
+    void refreshHistory();
+    void deleteHistory();
+    void onHistoryCellChanged(QTableWidgetItem* item);
+    void onPartHistoryCellChanged(QTableWidgetItem* item);
+    void onHistoryCellClicked(int row, int column);
+    qint64 selectedHistoryId() const;
 
     // Lists.
     void loadLists();
@@ -199,4 +221,10 @@ private:
     QTableWidget* m_countRows = nullptr;
     QHash<qint64, QString> m_crewTexts;
     bool m_fillingServices = false; ///< the grid's own writes are no edits
+    ServiceHistory m_history;
+    QTableWidget* m_historyRows = nullptr;
+    QTableWidget* m_partHistoryRows = nullptr;
+    QDateEdit* m_historyFrom = nullptr;
+    QDateEdit* m_historyTo = nullptr;
+    bool m_fillingHistory = false; ///< the history grids' own writes are no edits
 };

@@ -71,21 +71,12 @@ QWidget* EquipmentScreen::buildSections()
     m_sections = new QStackedWidget(this);
     m_sections->setObjectName(QStringLiteral("FrameVisible"));
     const std::function<QWidget*()> builders[] = {
-        [this] { return equipmentSection(); },
-        [this] { return serviceSection(); },
-        [this] {
-            return emptySection("fraHistory", "grdServiceHistory",
-                                {"cmdRefresh", "cmdDeleteHistory"});
-        },
-        [this] { return notesSection(); },
-        [this] { return userDefinedSection(); },
-        [this] { return engineSection(); },
-        [this] { return vehicleSection(); },
-        [this] { return partsSection(); },
-        [this] { return purchaseSection(); },
-        [this] { return countsSection(); },
-        [this] { return picturesSection(); },
-        [this] { return documentsSection(); },
+        [this] { return equipmentSection(); },    [this] { return serviceSection(); },
+        [this] { return historySection(); },      [this] { return notesSection(); },
+        [this] { return userDefinedSection(); },  [this] { return engineSection(); },
+        [this] { return vehicleSection(); },      [this] { return partsSection(); },
+        [this] { return purchaseSection(); },     [this] { return countsSection(); },
+        [this] { return picturesSection(); },     [this] { return documentsSection(); },
         [this] { return depreciationSection(); },
     };
     for (m_building = 0; m_building < int(std::size(builders)); ++m_building) {
@@ -406,22 +397,6 @@ QWidget* EquipmentScreen::documentsSection()
     buttons->addWidget(button("cmdRemoveDocument", QStringLiteral("Remove Document")));
     buttons->addWidget(button("cmdPreview", QStringLiteral("&Open")));
     formOf(p)->addRow(buttons);
-    return p;
-}
-
-QWidget* EquipmentScreen::emptySection(const char* frame, const char* grid,
-                                       std::initializer_list<const char*> buttons)
-{
-    QWidget* p = page(frame);
-    formOf(p)->addRow(table(grid, {}));
-    auto* row = new QHBoxLayout;
-    for (const char* name : buttons) {
-        // Their actions belong to the history screens.
-        QPushButton* b = button(name, QString::fromLatin1(name + 3));
-        b->setEnabled(false);
-        row->addWidget(b);
-    }
-    formOf(p)->addRow(row);
     return p;
 }
 

@@ -1,0 +1,69 @@
+#include "OverdueBoard.h"
+
+#include "DataHelpers.h"
+#include "Options.h"
+#include "Session.h"
+#include "SqlValue.h"
+
+namespace {
+
+const QString Module = QStringLiteral("frmOverDueWork");
+const QString RangeFormat = QStringLiteral("MM/dd/yyyy");
+
+/**
+ * Services due in the window with no line on a work order (both ServiceUsedID
+ * columns here are the scheduleId), then the work orders without a
+ * completion date, lines or none.
+ */
+const QString BoardQuery =
+    QStringLiteral("SELECT DISTINCT e.UnitNo || ' - ' || e.EquipmentName AS UnitText, "
+                   "CAST(NULL AS INTEGER) AS WorkOrderNo FROM tblEquipment e "
+                   "JOIN tblServiceUsed s ON e.EquipmentID = s.EquipmentID "
+                   "WHERE s.NextScheduledDate >= ? AND s.NextScheduledDate <= ? AND s.Inactive = 0 "
+                   "AND s.ServiceUsedID NOT IN (SELECT w.ServiceUsedID FROM tblWoServiceUsed w "
+                   "WHERE w.ServiceUsedID IS NOT NULL) "
+                   "UNION SELECT DISTINCT e.UnitNo || ' - ' || e.EquipmentName, o.WorkOrderNo "
+                   "FROM tblWorkorder o LEFT JOIN tblEquipment e ON o.EquipmentID = e.EquipmentID "
+                   "WHERE o.CompletedDate IS NULL "
+                   "ORDER BY 1, 2 NULLS FIRST");
+
+} // namespace
+
+OverdueBoard::OverdueBoard(Session& session) : m_session(session) {}
+
+QList<OverdueBoard::Row> OverdueBoard::loadData(const QDateTime& now)
+{
+    // Dates have no time: a day counts from its start, so the day 30 days back
+    // is in only when now is that day's midnight.
+    const QDateTime start = now.addDays(-WindowDays);
+    const QDate first = start.time() == QTime(0, 0) ? start.date() : start.date().addDays(1);
+    QList<Row> rows;
+    for (const QSqlRecord& record :
+         DataHelpers::read(m_session, Module, QStringLiteral("LoadData"), BoardQuery,
+                           {SqlValue::date(first), SqlValue::date(now.date())})) {
+        // A server hands a null number back typed: ask the record, not the value.
+        rows.append({record.value(0).toString(), record.isNull(1) ? QVariant() : record.value(1)});
+    }
+    return rows;
+}
+
+QList<OverdueBoard::Row> OverdueBoard::loadData()
+{
+    return loadData(m_session.clock().now());
+}
+
+QString OverdueBoard::preparePrintFilter(const QString& unit)
+{
+    const QDate today = m_session.today();
+    Options::setOption(m_session, QStringLiteral("WoDateFrom"),
+                       today.addDays(-WindowDays).toString(RangeFormat), true);
+    Options::setOption(m_session, QStringLiteral("WodateTo"), today.toString(RangeFormat), true);
+    return unitNoOf(unit);
+}
+
+QString OverdueBoard::unitNoOf(const QString& unit)
+{
+    // A unit number with a "-" of its own is cut short there, as it always was.
+    const qsizetype dash = unit.indexOf(u'-');
+    return dash < 0 ? unit : unit.left(std::max<qsizetype>(0, dash - 1));
+}
