@@ -1,5 +1,7 @@
 #include "OverdueBoard.h"
 
+#include "WorkOrderFilter.h"
+
 #include "DataHelpers.h"
 #include "Options.h"
 #include "Session.h"
@@ -8,7 +10,6 @@
 namespace {
 
 const QString Module = QStringLiteral("frmOverDueWork");
-const QString RangeFormat = QStringLiteral("MM/dd/yyyy");
 
 /**
  * Services due in the window with no line on a work order (both ServiceUsedID
@@ -54,10 +55,11 @@ QList<OverdueBoard::Row> OverdueBoard::loadData()
 
 QString OverdueBoard::preparePrintFilter(const QString& unit)
 {
-    const QDate today = m_session.today();
-    Options::setOption(m_session, QStringLiteral("WoDateFrom"),
-                       today.addDays(-WindowDays).toString(RangeFormat), true);
-    Options::setOption(m_session, QStringLiteral("WodateTo"), today.toString(RangeFormat), true);
+    // The work order screen then opens on the board's own window.
+    WorkOrderFilter filter = WorkOrderFilter::load(m_session);
+    filter.to = m_session.today();
+    filter.from = filter.to.addDays(-WindowDays);
+    filter.save(m_session);
     return unitNoOf(unit);
 }
 

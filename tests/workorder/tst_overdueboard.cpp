@@ -4,6 +4,7 @@
 #include "Sql.h"
 #include "SqlValue.h"
 #include "TestInstallation.h"
+#include "WorkOrderFilter.h"
 
 #include <QSqlQuery>
 
@@ -67,7 +68,9 @@ private slots:
     {
         TANDRILL_INSTALLATION(t);
         QCOMPARE(OverdueBoard(t.session()).preparePrintFilter(u"AB-7 - Mower"_s), u"A"_s);
-        QCOMPARE(Options::option(t.session(), u"WoDateTo"_s, true), u"03/01/2025"_s);
+        const WorkOrderFilter window = WorkOrderFilter::load(t.session());
+        QCOMPARE(window.to, t.session().today());
+        QCOMPARE(window.from, t.session().today().addDays(-30));
         QCOMPARE(OverdueBoard::unitNoOf(u"U12 - Truck"_s), u"U12"_s);
     }
 
