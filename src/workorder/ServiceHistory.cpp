@@ -2,6 +2,7 @@
 
 #include "LabourCost.h"
 #include "MessageTexts.h"
+#include "NextDateCalculator.h"
 #include "Options.h"
 #include "Prompter.h"
 #include "Session.h"
@@ -292,16 +293,12 @@ QSqlRecord ServiceHistory::row(qint64 lineId)
     return found.isEmpty() ? QSqlRecord() : found.first();
 }
 
-QString ServiceHistory::changeMinuteInHour(qint64 minutes)
-{
-    return QStringLiteral("%1:%2").arg(minutes / 60).arg(minutes % 60, 2, 10, QLatin1Char('0'));
-}
-
 QString ServiceHistory::timeText(const QVariant& stored, bool hours)
 {
     const QTime time = timeOf(stored);
     if (!time.isValid()) {
         return QString();
     }
-    return hours ? changeMinuteInHour(QTime(0, 0).secsTo(time) / 60) : time.toString(StoredTime);
+    return hours ? NextDateCalculator::changeMinuteInHour(QTime(0, 0).secsTo(time) / 60)
+                 : time.toString(StoredTime);
 }

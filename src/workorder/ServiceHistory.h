@@ -76,8 +76,6 @@ public:
     /** Asks, then deletes the row with its parts. Schedule, stock and readings stay. */
     bool deleteHistory(qint64 lineId);
 
-    /** A number of minutes as "h:mm". */
-    static QString changeMinuteInHour(qint64 minutes);
     /** A stored time as the grid shows it; hours worked as "h:mm". */
     static QString timeText(const QVariant& stored, bool hours);
 
