@@ -64,12 +64,11 @@ private slots:
 
         struct Line
         {
-            QString id, schedule, part, stock, oldNext;
+            QString schedule, part, stock, oldNext;
         };
         QHash<QString, Line> lines;
         for (const QString& id : {meter, calendar, skipped}) {
             Line& l = lines[id];
-            l.id = id;
             l.schedule = of(u"ServiceUsedID"_s, u"tblWoServiceUsed"_s, u"NserviceUsedID"_s, id);
             l.part = of(u"PartID"_s, u"tblWoPartUsed"_s, u"ServiceUsedID"_s, id);
             l.stock = of(u"Quantity"_s, u"tblPart"_s, u"PartID"_s, u"'%1'"_s.arg(l.part));
@@ -97,7 +96,6 @@ private slots:
             const CliResult r = run(words.split(u' '));
             QVERIFY2(r.code == 0, qPrintable(words + u": "_s + r.err));
         }
-        QCOMPARE(of(u"Completed"_s, u"tblWoServiceUsed"_s, u"NserviceUsedID"_s, skipped), u"0"_s);
         const CliResult posted = run({u"post"_s});
         QVERIFY2(posted.code == 0 && posted.out.endsWith(u"Held back: none\n"_s),
                  qPrintable(posted.out + posted.err));
