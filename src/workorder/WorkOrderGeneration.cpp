@@ -1,5 +1,6 @@
 #include "WorkOrderGeneration.h"
 
+#include "Session.h"
 #include "WorkOrderRecords.h"
 #include "WriteScope.h"
 
@@ -59,7 +60,7 @@ void WorkOrderGeneration::generateForMachine(WriteScope& write, qint64 equipment
                            .arg(equipmentId));
             return;
         }
-        const qint64 number = WorkOrderRecords::insertHeader(write, equipmentId);
+        const qint64 number = WorkOrderRecords::insertHeader(write, equipmentId, m_session.today());
         numbers->append(number);
         const Rows shared = write.select(
             QStringLiteral("SELECT tblServiceUsed.ServiceUsedID%1 AND tblServiceUsed.SeparateWo "
@@ -76,7 +77,7 @@ void WorkOrderGeneration::generateForMachine(WriteScope& write, qint64 equipment
             .arg(services.where),
         services.values);
     for (const QSqlRecord& service : separate) {
-        const qint64 number = WorkOrderRecords::insertHeader(write, equipmentId);
+        const qint64 number = WorkOrderRecords::insertHeader(write, equipmentId, m_session.today());
         numbers->append(number);
         addLine(write, number, service.value(0).toLongLong());
     }

@@ -52,19 +52,20 @@ QString placeholders(qsizetype count)
 
 } // namespace
 
-qint64 WorkOrderRecords::insertHeader(WriteScope& write, qint64 equipmentId)
+qint64 WorkOrderRecords::insertHeader(WriteScope& write, qint64 equipmentId, const QDate& day)
 {
     QVariant number;
-    write.exec(QStringLiteral("INSERT INTO tblWorkorder (EquipmentID, Printed) VALUES (?, ?) "
-                              "RETURNING WorkOrderNo"),
-               {equipmentId, SqlValue::yesNo(false)}, &number);
+    // Dated by the program's day rather than the column's default, the engine's clock.
+    write.exec(QStringLiteral("INSERT INTO tblWorkorder (EquipmentID, Printed, WoDate) "
+                              "VALUES (?, ?, ?) RETURNING WorkOrderNo"),
+               {equipmentId, SqlValue::yesNo(false), SqlValue::date(day)}, &number);
     return write.ok() ? number.toLongLong() : 0;
 }
 
 qint64 WorkOrderRecords::addWorkOrder(qint64 equipmentId)
 {
     WriteScope write(m_session, Module, QStringLiteral("AddWorkorderRecord"));
-    const qint64 number = insertHeader(write, equipmentId);
+    const qint64 number = insertHeader(write, equipmentId, m_session.today());
     return write.commit() ? number : 0;
 }
 
@@ -73,7 +74,7 @@ bool WorkOrderRecords::addUnscheduled(const QList<qint64>& equipmentIds, QList<q
     WriteScope write(m_session, Module, QStringLiteral("AddWorkorderRecord"));
     QList<qint64> made;
     for (qint64 equipmentId : equipmentIds) {
-        made.append(insertHeader(write, equipmentId));
+        made.append(insertHeader(write, equipmentId, m_session.today()));
     }
     if (!write.commit()) {
         return false;

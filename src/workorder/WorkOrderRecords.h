@@ -3,6 +3,7 @@
 #include "DataHelpers.h"
 #include "EquipmentServices.h"
 
+#include <QDate>
 #include <QList>
 #include <QString>
 
@@ -20,8 +21,8 @@ class WorkOrderRecords
 public:
     explicit WorkOrderRecords(Session& session) : m_session(session) {}
 
-    /** Writes a new unprinted header for the machine; its number, 0 after a failure. */
-    static qint64 insertHeader(WriteScope& write, qint64 equipmentId);
+    /** Writes a new unprinted header for the machine, dated day; its number, 0 after a failure. */
+    static qint64 insertHeader(WriteScope& write, qint64 equipmentId, const QDate& day);
 
     /** A work order without lines for the machine; its number, or 0 when it failed. */
     qint64 addWorkOrder(qint64 equipmentId);

@@ -1,3 +1,4 @@
+#include "SqlValue.h"
 #include "TestInstallation.h"
 #include "WorkOrderFixture.h"
 #include "WorkOrderGeneration.h"
@@ -24,6 +25,8 @@ private slots:
         QList<qint64> numbers;
         QVERIFY(WorkOrderGeneration(s).generate({7}, March, &numbers));
         QCOMPARE(numbers.size(), 2);
+        // Dated by the program's day, not the engine's clock.
+        QCOMPARE(SqlValue::toDate(sql(s, u"SELECT MIN(WoDate) FROM tblWorkorder"_s)), s.today());
         QCOMPARE(column(lists.lines(numbers[0], March), u"ServiceName"_s),
                  (QStringList{u"A"_s, u"B"_s}));
         QCOMPARE(column(lists.lines(numbers[1], March), u"ServiceName"_s), QStringList{u"C"_s});
