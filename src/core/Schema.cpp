@@ -393,7 +393,8 @@ Schema::Schema()
     idx("tblEquipmentPart", {"EquipmentID"});
     idx("tblEquipmentScan", {"EquipmentID", "ScanTime"});
     idx("tblServicesPart", {"ServiceID"});
-    idx("tblServiceUsed", {"EquipmentID"});
+    // A machine's due services: with the date alone the engine would walk every machine's.
+    idx("tblServiceUsed", {"EquipmentID", "NextScheduledDate"});
     idx("tblServiceUsed", {"ServiceID"});
     idx("tblServiceUsed", {"NextScheduledDate"});
     idx("tblServiceUsed", {"CrewID"});
