@@ -96,13 +96,13 @@ const QString HistoryInsert = QStringLiteral(
 constexpr int DateColumns[] = {7, 8, 9, 24, 25};
 
 // tblWoPartUsed.ServiceUsedID holds the line's own key (NserviceUsedID).
-const QString PartSelect = QStringLiteral(
-    "SELECT p.ServiceUsedID, p.PartID, t.Description, i.ItemName, p.Price, u.Name, "
-    "p.QuantityRequired, p.QuantityUsed, t.Quantity, p.Used FROM tblWoPartUsed p "
-    "LEFT JOIN tblPart t ON LOWER(p.PartID) = LOWER(t.PartID) "
-    "LEFT JOIN tblIndicator i ON t.PartCategoryID = i.ItemID "
-    "LEFT JOIN tblSupplier u ON p.SupplierID = u.SupplierID "
-    "WHERE p.ServiceUsedID IN %1 ORDER BY p.ServiceUsedID");
+const QString PartSelect =
+    QStringLiteral("SELECT p.ServiceUsedID, p.PartID, t.Description, i.ItemName, p.Price, u.Name, "
+                   "p.QuantityRequired, p.QuantityUsed, t.Quantity, p.Used FROM tblWoPartUsed p "
+                   "LEFT JOIN tblPart t ON LOWER(p.PartID) = LOWER(t.PartID) "
+                   "LEFT JOIN tblIndicator i ON t.PartCategoryID = i.ItemID "
+                   "LEFT JOIN tblSupplier u ON p.SupplierID = u.SupplierID "
+                   "WHERE p.ServiceUsedID IN %1 ORDER BY p.ServiceUsedID");
 
 } // namespace
 
