@@ -141,6 +141,14 @@ Rows ServicesManager::pickList(const QString& source, const QList<qint64>& exclu
     return DataHelpers::read(m_session, Module, QStringLiteral("FillGrid"), sql, values);
 }
 
+Rows ServicesManager::machineNameAndUnit(qint64 equipmentId)
+{
+    return DataHelpers::read(
+        m_session, Module, QStringLiteral("optEquipmentService_Click"),
+        QStringLiteral("SELECT EquipmentName, UnitNo FROM tblEquipment WHERE EquipmentID = ?"),
+        {equipmentId});
+}
+
 Rows ServicesManager::costCenterInfo()
 {
     return DataHelpers::tableInfo(m_session, QStringLiteral("tblCostCenter"), {},

@@ -30,6 +30,8 @@ public:
      * machine equipmentId. Services whose ServiceID is in excluded are left out.
      */
     Rows pickList(const QString& source, const QList<qint64>& excluded, qint64 equipmentId);
+    /** The name and unit number of the machine whose services are offered. */
+    Rows machineNameAndUnit(qint64 equipmentId);
     /** Cost centres by CostCenterID. */
     Rows costCenterInfo();
     /** The next free service number: the highest numeric JobNo of the masters plus one. */

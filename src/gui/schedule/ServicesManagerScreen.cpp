@@ -119,10 +119,7 @@ void ServicesManagerScreen::chooseOtherMachine()
         return;
     }
     m_otherMachine = key.toLongLong();
-    const Rows machine = DataHelpers::read(
-        m_session, objectName(), QStringLiteral("optEquipmentService_Click"),
-        QStringLiteral("SELECT EquipmentName, UnitNo FROM tblEquipment WHERE EquipmentID = ?"),
-        {m_otherMachine});
+    const Rows machine = m_manager.machineNameAndUnit(m_otherMachine);
     m_machineName->setText(machine.isEmpty()
                                ? QString()
                                : machine[0].value(0).toString() + QStringLiteral(" (") +
