@@ -28,15 +28,15 @@ bool WriteScope::exec(const QString& sql, const QVariantList& values, QVariant* 
     if (!m_ok) {
         return false;
     }
-    QSqlQuery q(m_session.db());
-    if (!Sql::exec(q, sql, values)) {
-        errorHandler(m_session, Sql::failure(m_module, m_procedure, q.lastError()));
-        m_ok = false;
+    QSqlQuery plain(m_session.db());
+    QSqlQuery* q = values.isEmpty() ? &plain : prepared(sql);
+    if (!q || !run(*q, sql, values)) {
         return false;
     }
     if (returned) {
-        *returned = q.next() ? q.value(0) : QVariant();
+        *returned = q->next() ? q->value(0) : QVariant();
     }
+    q->finish();
     return true;
 }
 
@@ -46,17 +46,52 @@ Rows WriteScope::select(const QString& sql, const QVariantList& values)
     if (!m_ok) {
         return rows;
     }
-    QSqlQuery q(m_session.db());
-    q.setForwardOnly(true);
-    if (!Sql::exec(q, sql, values)) {
-        errorHandler(m_session, Sql::failure(m_module, m_procedure, q.lastError()));
-        m_ok = false;
+    QSqlQuery plain(m_session.db());
+    plain.setForwardOnly(true);
+    QSqlQuery* q = values.isEmpty() ? &plain : prepared(sql);
+    if (!q || !run(*q, sql, values)) {
         return rows;
     }
-    while (q.next()) {
-        rows.append(q.record());
+    while (q->next()) {
+        rows.append(q->record());
     }
+    q->finish();
     return rows;
+}
+
+QSqlQuery* WriteScope::prepared(const QString& sql)
+{
+    if (const auto found = m_prepared.constFind(sql); found != m_prepared.cend()) {
+        return found->get();
+    }
+    auto q = std::make_shared<QSqlQuery>(m_session.db());
+    q->setForwardOnly(true);
+    if (!q->prepare(sql)) {
+        errorHandler(m_session, Sql::failure(m_module, m_procedure, q->lastError()));
+        m_ok = false;
+        return nullptr;
+    }
+    m_prepared.insert(sql, q);
+    return q.get();
+}
+
+bool WriteScope::run(QSqlQuery& q, const QString& sql, const QVariantList& values)
+{
+    // Statements without values are not prepared: PostgreSQL prepares no DDL.
+    bool done = false;
+    if (values.isEmpty()) {
+        done = q.exec(sql);
+    } else {
+        for (int i = 0; i < values.size(); ++i) {
+            q.bindValue(i, values.at(i));
+        }
+        done = q.exec();
+    }
+    if (!done) {
+        errorHandler(m_session, Sql::failure(m_module, m_procedure, q.lastError()));
+        m_ok = false;
+    }
+    return done;
 }
 
 void WriteScope::fail(const QString& description)

@@ -110,6 +110,24 @@ private slots:
         QCOMPARE(crews(s.db2()), 3); // the edit's own work stands
     }
 
+    void aStatementRepeatedInAScopeTakesEachRunsValues()
+    {
+        TANDRILL_INSTALLATION(t);
+        WriteScope write(t.session(), u"Crew"_s, u"SaveRecord"_s);
+        const QString insert =
+            u"INSERT INTO tblCrew (CrewNumber, Description) VALUES (?, ?) RETURNING CrewID"_s;
+        QVariant five;
+        QVariant six;
+        QVERIFY(write.exec(insert, {5, u"five"_s}, &five));
+        QVERIFY(write.exec(insert, {6, u"six"_s}, &six));
+        QVERIFY(five.toLongLong() != six.toLongLong());
+        const QString select = u"SELECT Description FROM tblCrew WHERE CrewNumber = ?"_s;
+        QCOMPARE(write.select(select, {6}).value(0).value(0).toString(), u"six"_s);
+        QCOMPARE(write.select(select, {5}).value(0).value(0).toString(), u"five"_s);
+        QVERIFY(write.select(select, {7}).isEmpty());
+        QVERIFY(write.commit());
+    }
+
     void optionsAndKeptFailuresOutliveARevertedEdit()
     {
         TANDRILL_INSTALLATION(t);
