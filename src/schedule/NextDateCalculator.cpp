@@ -189,20 +189,28 @@ struct NextDateCalculator::LatestReading
 
 NextDateCalculator::NextDateCalculator(Session& session) : m_session(session) {}
 
+NextDateCalculator::~NextDateCalculator() = default;
+
 QDate NextDateCalculator::nextScheduledDate(qint64 serviceUsedId, bool useGivenDate,
                                             const QDate& givenDate)
 {
     const QString procedure = QStringLiteral("GetNextScheduledDate");
     const QDate today = m_session.today();
 
-    QSqlQuery q(m_session.db());
-    q.setForwardOnly(true);
-    if (!Sql::exec(q, QStringLiteral("SELECT * FROM tblServiceUsed WHERE ServiceUsedID = ?"),
-                   {serviceUsedId})) {
+    if (!m_serviceRow) {
+        m_serviceRow = std::make_unique<QSqlQuery>(m_session.db());
+        m_serviceRow->setForwardOnly(true);
+        m_serviceRow->prepare(
+            QStringLiteral("SELECT * FROM tblServiceUsed WHERE ServiceUsedID = ?"));
+    }
+    QSqlQuery& q = *m_serviceRow;
+    q.bindValue(0, serviceUsedId);
+    if (!q.exec()) {
         errorHandler(m_session, Sql::failure(Module, procedure, q.lastError()));
         return today;
     }
     if (!q.next()) {
+        q.finish();
         return today;
     }
     RowReader row(q.record());

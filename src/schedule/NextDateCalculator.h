@@ -4,7 +4,9 @@
 #include <QString>
 #include <QVariant>
 #include <array>
+#include <memory>
 
+class QSqlQuery;
 class Session;
 
 /**
@@ -26,6 +28,7 @@ public:
     using DomList = std::array<int, 5>;  ///< days of the month; values outside 1..31 match no day
 
     explicit NextDateCalculator(Session& session);
+    ~NextDateCalculator();
 
     /**
      * The next date of the service row serviceUsedId. With useGivenDate the given
@@ -100,4 +103,6 @@ private:
                             const QString& name);
 
     Session& m_session;
+    /** The service row's read, prepared once for a calculator that dates many services. */
+    std::unique_ptr<QSqlQuery> m_serviceRow;
 };

@@ -79,12 +79,14 @@ const QString LineSelect = QStringLiteral(
     "c.CrewNumber, l.LastDateScheduled, l.LastDatePerformed, l.NextScheduledDate, "
     "cc.Description, l.SeparateWo, l.LaborEstimate, l.CostEstimate, l.Note, l.Period, l.JobNo, "
     "l.CountValue, CASE WHEN l.Skip = -1 THEN -1 ELSE 0 END, l.StartTime, l.EndTime, l.Workhrs, "
-    "s.SupplierID, s.Name, w.WoDate, w.CompletedDate, l.ServiceUsedID "
+    "s.SupplierID, s.Name, w.WoDate, w.CompletedDate, l.ServiceUsedID, su.RenewalOn "
     "FROM tblWoServiceUsed l LEFT JOIN tblWorkorder w ON l.WorkOrderNo = w.WorkOrderNo "
+    "LEFT JOIN tblServiceUsed su ON l.ServiceUsedID = su.ServiceUsedID "
     "LEFT JOIN tblCrew c ON l.CrewID = c.CrewID "
     "LEFT JOIN tblSupplier s ON l.SupplierID = s.SupplierID "
     "LEFT JOIN tblCostCenter cc ON l.CostCenterID = cc.CostCenterID "
-    "WHERE l.WorkOrderNo = ? AND (l.Skip = -1 OR l.Completed = -1) ORDER BY l.NserviceUsedID");
+    "WHERE l.WorkOrderNo IN %1 AND (l.Skip = -1 OR l.Completed = -1) "
+    "ORDER BY l.WorkOrderNo, l.NserviceUsedID");
 // The columns of the selection up to CompletedDate land in history in this order.
 constexpr int HistoryColumns = 26;
 const QString HistoryInsert = QStringLiteral(
@@ -98,7 +100,8 @@ constexpr int DateColumns[] = {7, 8, 9, 24, 25};
 // tblWoPartUsed.ServiceUsedID holds the line's own key (NserviceUsedID).
 const QString PartSelect =
     QStringLiteral("SELECT p.ServiceUsedID, p.PartID, t.Description, i.ItemName, p.Price, u.Name, "
-                   "p.QuantityRequired, p.QuantityUsed, t.Quantity, p.Used FROM tblWoPartUsed p "
+                   "p.QuantityRequired, p.QuantityUsed, t.Quantity, p.Used, t.TrackInventory "
+                   "FROM tblWoPartUsed p "
                    "LEFT JOIN tblPart t ON LOWER(p.PartID) = LOWER(t.PartID) "
                    "LEFT JOIN tblIndicator i ON t.PartCategoryID = i.ItemID "
                    "LEFT JOIN tblSupplier u ON p.SupplierID = u.SupplierID "
@@ -124,12 +127,15 @@ struct WorkOrderPosting::Line
     QVariant countValue;
     QDate nextScheduled;
     QDate completed;
+    /** False for a one-time ("Don't Schedule Again") service; a line without a schedule is true. */
+    bool schedulesAgain = true;
 
     explicit Line(const QSqlRecord& row)
         : lineId(row.value(1).toLongLong()), scheduleId(row.value(26).toLongLong()),
           equipmentId(row.value(2).toLongLong()), period(row.value(15).toString()),
           countValue(row.value(17)), nextScheduled(SqlValue::toDate(row.value(9))),
-          completed(SqlValue::toDate(row.value(25)))
+          completed(SqlValue::toDate(row.value(25))),
+          schedulesAgain(ScheduleCodes::schedulesAgain(row.value(27).toString()))
     {
         for (int column = 0; column < HistoryColumns; ++column) {
             history.append(row.value(column));
@@ -149,10 +155,13 @@ struct WorkOrderPosting::PartLine
     QVariant quantityUsed;
     double stock = 0;
     bool used = false;
+    /** TrackInventory holds the tick of "Do Not Track for Inventory". */
+    bool keptInStock = true;
 
     explicit PartLine(const QSqlRecord& row)
         : partId(row.value(1).toString()), quantityUsed(row.value(7)),
-          stock(row.value(8).toDouble()), used(SqlValue::toYesNo(row.value(9)))
+          stock(row.value(8).toDouble()), used(SqlValue::toYesNo(row.value(9))),
+          keptInStock(row.value(10).toInt() != -1)
     {
         for (int column = 0; column <= 6; ++column) {
             history.append(row.value(column));
@@ -163,7 +172,7 @@ struct WorkOrderPosting::PartLine
 };
 
 WorkOrderPosting::WorkOrderPosting(Session& session)
-    : m_session(session), m_confirm(keepCompletedDate())
+    : m_session(session), m_nextDates(session), m_confirm(keepCompletedDate())
 {}
 
 WorkOrderPosting::DateConfirmation WorkOrderPosting::keepCompletedDate()
@@ -193,8 +202,9 @@ WorkOrderPosting::Outcome WorkOrderPosting::postWorkOrders(const QList<qint64>& 
 {
     WriteScope write(m_session, Module, QStringLiteral("PostWorkOrder"));
     Outcome outcome;
+    const QSet<qint64> waiting = waitingForCounts(write, workOrders);
     for (qint64 workOrder : existingWorkOrders(write, workOrders)) {
-        (waitsForCounts(write, workOrder) ? outcome.heldBack : outcome.posted).append(workOrder);
+        (waiting.contains(workOrder) ? outcome.heldBack : outcome.posted).append(workOrder);
     }
     QList<qint64> postedLines;
     if (!outcome.posted.isEmpty() &&
@@ -221,30 +231,31 @@ QList<qint64> WorkOrderPosting::existingWorkOrders(WriteScope& write,
     return existing;
 }
 
-bool WorkOrderPosting::waitsForCounts(WriteScope& write, qint64 workOrder)
+QSet<qint64> WorkOrderPosting::waitingForCounts(WriteScope& write, const QList<qint64>& workOrders)
 {
-    const Rows rows = write.select(
-        QStringLiteral("SELECT COUNT(*) FROM tblWoServiceUsed WHERE WorkOrderNo = ? AND "
-                       "Period IN %1 AND CountValue IS NULL AND (Completed = -1 OR Skip = -1)")
-            .arg(ScheduleCodes::meterPeriodsSql()),
-        {workOrder});
-    return !rows.isEmpty() && rows.first().value(0).toLongLong() > 0;
+    // One meter line without a count, done or skipped, keeps its whole work order back.
+    const QList<qint64> waiting = firstColumn(selectSliced(
+        write,
+        QStringLiteral("SELECT DISTINCT WorkOrderNo FROM tblWoServiceUsed WHERE WorkOrderNo IN "
+                       "%1 AND Period IN %2 AND CountValue IS NULL AND "
+                       "(Completed = -1 OR Skip = -1)")
+            .arg(QStringLiteral("%1"), ScheduleCodes::meterPeriodsSql()),
+        workOrders));
+    return QSet<qint64>(waiting.cbegin(), waiting.cend());
 }
 
 bool WorkOrderPosting::addServiceHistoryRecord(WriteScope& write, const QList<qint64>& workOrders,
                                                QList<qint64>* postedLines)
 {
-    int done = 0;
-    for (qint64 workOrder : workOrders) {
-        for (const QSqlRecord& row : write.select(LineSelect, {workOrder})) {
-            const Line line(row);
-            if (!postLine(write, line)) {
-                return false;
-            }
-            postedLines->append(line.lineId);
+    const Rows rows = selectSliced(write, LineSelect, workOrders);
+    for (qsizetype i = 0; i < rows.size(); ++i) {
+        const Line line(rows.at(i));
+        if (!postLine(write, line)) {
+            return false;
         }
+        postedLines->append(line.lineId);
         if (m_progress) {
-            m_progress(++done, int(workOrders.size()));
+            m_progress(int(i + 1), int(rows.size()));
         }
     }
     return write.ok() && addPartHistory(write, *postedLines);
@@ -266,7 +277,7 @@ bool WorkOrderPosting::postLine(WriteScope& write, const Line& line)
 
 bool WorkOrderPosting::moveSchedule(WriteScope& write, const Line& line)
 {
-    const bool again = isServiceScheduleAgain(line.scheduleId);
+    const bool again = line.schedulesAgain;
     write.exec(
         again ? QStringLiteral("UPDATE tblServiceUsed SET LastDateScheduled = ?, "
                                "LastDatePerformed = ? WHERE ServiceUsedID = ?")
@@ -277,12 +288,12 @@ bool WorkOrderPosting::moveSchedule(WriteScope& write, const Line& line)
     QDate next;
     if (!countType.isEmpty()) {
         if (!write.ok() || !storeReading(line, countType) ||
-            !serviceCountUpdate(line.scheduleId, line.countValue.toLongLong())) {
+            !serviceCountUpdate(write, line.scheduleId, line.countValue.toLongLong())) {
             return false;
         }
     } else if (again) {
         // Reads the last dates written just above: W counts from completion, S from the old date.
-        next = NextDateCalculator(m_session).nextScheduledDate(line.scheduleId);
+        next = m_nextDates.nextScheduledDate(line.scheduleId);
     }
     if (again) {
         write.exec(QStringLiteral("UPDATE tblServiceUsed SET NextScheduledDate = ? "
@@ -328,7 +339,7 @@ void WorkOrderPosting::postPart(WriteScope& write, const PartLine& part)
                               "VALUES (?, ?, ?, ?, ?, ?, ?, ?)"),
                part.history);
     const double used = part.quantityUsed.toDouble();
-    if (write.ok() && part.used && used > 0 && !isPartInInventory(part.partId)) {
+    if (write.ok() && part.used && used > 0 && part.keptInStock) {
         write.exec(QStringLiteral("UPDATE tblPart SET Quantity = ? WHERE LOWER(PartID) = LOWER(?)"),
                    {part.stock - used, part.partId});
     }
@@ -364,15 +375,6 @@ void WorkOrderPosting::reopenTheRest(WriteScope& write, const QList<qint64>& hel
                marked);
 }
 
-bool WorkOrderPosting::isServiceScheduleAgain(qint64 scheduleId)
-{
-    const Rows rows = DataHelpers::read(
-        m_session, Module, QStringLiteral("IsServiceScheduleAgain"),
-        QStringLiteral("SELECT RenewalOn FROM tblServiceUsed WHERE ServiceUsedID = ?"),
-        {scheduleId});
-    return rows.isEmpty() || ScheduleCodes::schedulesAgain(rows.first().value(0).toString());
-}
-
 bool WorkOrderPosting::isServiceSkipped(qint64 lineId)
 {
     const Rows rows = DataHelpers::read(
@@ -391,18 +393,8 @@ bool WorkOrderPosting::isCountAvailable(qint64 equipmentId, const QDate& date,
                 {equipmentId, SqlValue::date(date), countType, value}}) > 0;
 }
 
-bool WorkOrderPosting::isPartInInventory(const QString& partId)
+bool WorkOrderPosting::serviceCountUpdate(WriteScope& write, qint64 scheduleId, qint64 countValue)
 {
-    const Rows rows = DataHelpers::read(
-        m_session, Module, QStringLiteral("IsPartInInventory"),
-        QStringLiteral("SELECT TrackInventory FROM tblPart WHERE LOWER(PartID) = LOWER(?)"),
-        {partId});
-    return !rows.isEmpty() && rows.first().value(0).toInt() == -1;
-}
-
-bool WorkOrderPosting::serviceCountUpdate(qint64 scheduleId, qint64 countValue)
-{
-    WriteScope write(m_session, Module, QStringLiteral("ServiceCountUpdate"));
     const Rows rows = write.select(QStringLiteral("SELECT RenewalOn, NextScheduledCount, EInterval "
                                                   "FROM tblServiceUsed WHERE ServiceUsedID = ?"),
                                    {scheduleId});
@@ -414,7 +406,7 @@ bool WorkOrderPosting::serviceCountUpdate(qint64 scheduleId, qint64 countValue)
                                   "WHERE ServiceUsedID = ?"),
                    {from + row.value(2).toLongLong(), scheduleId});
     }
-    return write.commit();
+    return write.ok();
 }
 
 WorkOrderPosting::ServiceOnMachine WorkOrderPosting::serviceOnMachine(qint64 scheduleId)

@@ -1,7 +1,10 @@
 #pragma once
 
+#include "NextDateCalculator.h"
+
 #include <QDate>
 #include <QList>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 #include <functional>
@@ -45,7 +48,7 @@ public:
      */
     using DateConfirmation = std::function<QDate(qint64 scheduleId, const QDate& completedDate,
                                                  const QDate& proposedDate)>;
-    /** Told after each work order looked at. */
+    /** Told after each line posted. */
     using Progress = std::function<void(int done, int total)>;
 
     struct Outcome
@@ -86,19 +89,10 @@ public:
      */
     Outcome postWorkOrders(const QList<qint64>& workOrders);
 
-    /** False only when the schedule row renews on D ("Don't Schedule Again"). */
-    bool isServiceScheduleAgain(qint64 scheduleId);
     bool isServiceSkipped(qint64 lineId);
     /** True when the machine already has exactly this reading. */
     bool isCountAvailable(qint64 equipmentId, const QDate& date, const QString& countType,
                           qint64 value);
-    /** True when the part is ticked "Do Not Track for Inventory": its stock never moves. */
-    bool isPartInInventory(const QString& partId);
-    /**
-     * Moves a meter service's trigger on by its interval: from the count it was done at
-     * when it renews on completion (W), else from the trigger it had.
-     */
-    bool serviceCountUpdate(qint64 scheduleId, qint64 countValue);
 
     ServiceOnMachine serviceOnMachine(qint64 scheduleId);
     /** A next date chosen by hand may not lie before the completed date. */
@@ -113,16 +107,22 @@ private:
     bool postLine(WriteScope& write, const Line& line);
     bool moveSchedule(WriteScope& write, const Line& line);
     bool storeReading(const Line& line, const QString& countType);
+    /**
+     * Moves a meter service's trigger on by its interval: from the count it was done at
+     * when it renews on completion (W), else from the trigger it had.
+     */
+    bool serviceCountUpdate(WriteScope& write, qint64 scheduleId, qint64 countValue);
     QDate confirmedNextDate(const Line& line, const QDate& proposed);
     bool addPartHistory(WriteScope& write, const QList<qint64>& postedLines);
     void postPart(WriteScope& write, const PartLine& part);
     void deletePosted(WriteScope& write, const QList<qint64>& postedLines,
                       const QList<qint64>& workOrders);
     void reopenTheRest(WriteScope& write, const QList<qint64>& heldBack);
-    bool waitsForCounts(WriteScope& write, qint64 workOrder);
+    QSet<qint64> waitingForCounts(WriteScope& write, const QList<qint64>& workOrders);
     QList<qint64> existingWorkOrders(WriteScope& write, const QList<qint64>& workOrders);
 
     Session& m_session;
+    NextDateCalculator m_nextDates;
     DateConfirmation m_confirm;
     Progress m_progress;
 };
