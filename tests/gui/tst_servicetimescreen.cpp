@@ -58,10 +58,8 @@ private slots:
         QTest::keyClicks(child(screen, "timeEnd"), u"1:30P"_s);
         click(screen, "cmdUpdate");
         QCOMPARE(screen.result(), int(QDialog::Accepted));
-        QVERIFY(Sql::exec(q, u"SELECT StartTime, EndTime, Workhrs FROM tblWoServiceUsed"_s) &&
-                q.next());
-        QCOMPARE(q.value(0).toString() + q.value(1).toString() + q.value(2).toString(),
-                 u"00:0013:3013:30"_s);
+        QVERIFY(Sql::exec(q, u"SELECT StartTime || EndTime || Workhrs FROM tblWoServiceUsed"_s));
+        QCOMPARE(q.next() ? q.value(0).toString() : QString(), u"00:0013:3013:30"_s);
     }
 };
 

@@ -39,26 +39,29 @@ bool addOrders(Session& s)
               run(s, u"INSERT INTO tblEquipmentCount (EquipmentID, ChangeDate, CountType, "
                      "CountValue) VALUES (7, '2025-01-01', 'Hours', 100)"_s) &&
               run(s, u"CREATE TABLE tblUpdates (tbl VARCHAR(40), n INTEGER)"_s) &&
-              run(s, u"INSERT INTO tblUpdates VALUES ('tblworkorder', 0), ('tblwoserviceused', "
-                     "0), ('tblwopartused', 0)"_s) &&
               (!pg || run(s, u"CREATE FUNCTION count_update() RETURNS trigger AS $$ BEGIN "
                              "UPDATE tblUpdates SET n = n + 1 WHERE tbl = lower(TG_TABLE_NAME); "
                              "RETURN NULL; END $$ LANGUAGE plpgsql"_s));
     for (const QString& table : {u"tblworkorder"_s, u"tblwoserviceused"_s, u"tblwopartused"_s}) {
-        ok = ok && run(s, (pg ? u"CREATE TRIGGER c_%1 AFTER UPDATE ON %1 FOR EACH ROW EXECUTE "
-                                "FUNCTION count_update()"_s
-                              : u"CREATE TRIGGER c_%1 AFTER UPDATE ON %1 BEGIN UPDATE tblUpdates "
-                                "SET n = n + 1 WHERE tbl = '%1'; END"_s)
-                              .arg(table));
+        ok = ok && run(s, u"INSERT INTO tblUpdates VALUES ('%1', 0)"_s.arg(table)) &&
+             run(s, (pg ? u"CREATE TRIGGER c_%1 AFTER UPDATE ON %1 FOR EACH ROW EXECUTE "
+                          "FUNCTION count_update()"_s
+                        : u"CREATE TRIGGER c_%1 AFTER UPDATE ON %1 BEGIN UPDATE tblUpdates "
+                          "SET n = n + 1 WHERE tbl = '%1'; END"_s)
+                        .arg(table));
     }
     return ok;
 }
 
-int updates(Session& s, const QString& table)
+/** The first column of each row of sql, joined by '|'. */
+QString firstColumn(Session& s, const QString& sql)
 {
     QSqlQuery q(s.db());
-    Sql::exec(q, u"SELECT n FROM tblUpdates WHERE tbl = ?"_s, {table});
-    return q.next() ? q.value(0).toInt() : -1;
+    QStringList values;
+    for (Sql::exec(q, sql); q.next();) {
+        values.append(q.value(0).toString());
+    }
+    return values.join(u'|');
 }
 
 QString checks(const QTableWidget* grid, int column)
@@ -83,6 +86,14 @@ void edit(QTableWidgetItem* item, const QVariant& value)
 enum { Complete = 0, CompletedDate = 1, Completed = 0, Skip = 1, Count = 8, StartTime = 9 };
 
 } // namespace
+
+/** An installation t with the orders, and tab showing order 1. */
+#define OPEN_TAB(t, tab)                                                                           \
+    TANDRILL_INSTALLATION(t);                                                                      \
+    QVERIFY(addOrders(t.session()));                                                               \
+    WorkOrderRecordTab tab(t.session());                                                           \
+    tab.refreshRecordWorkorder();                                                                  \
+    QVERIFY(tab.findAndSelect(1))
 
 class TestWorkOrderRecordTab : public QObject
 {
@@ -117,15 +128,14 @@ private slots:
         QFETCH(std::optional<QString>, reason);
         QFETCH(int, headerWrites);
         QFETCH(QString, shown);
-        TANDRILL_INSTALLATION(t);
-        QVERIFY(addOrders(t.session()));
-        WorkOrderRecordTab tab(t.session());
-        tab.refreshRecordWorkorder();
-        QVERIFY(tab.findAndSelect(1) && !tab.findAndSelect(5));
+        OPEN_TAB(t, tab);
+        QVERIFY(!tab.findAndSelect(5));
         t.prompter().queueInput(reason);
         edit(tab.findChild<QTableWidget*>(grid)->item(row, column), true);
 
-        QCOMPARE(updates(t.session(), u"tblworkorder"_s), headerWrites);
+        QCOMPARE(firstColumn(t.session(), u"SELECT n FROM tblUpdates WHERE tbl = 'tblworkorder'"_s)
+                     .toInt(),
+                 headerWrites);
         QCOMPARE(t.prompter().texts().count(RecordingMessages::SkipReason), int(column == Skip));
         auto* orders = child<QTableWidget>(tab, "grdRecordWo");
         auto* lines = child<QTableWidget>(tab, "grdRecordService");
@@ -160,11 +170,7 @@ private slots:
         QFETCH(int, column);
         QFETCH(QVariant, value);
         QFETCH(QString, question);
-        TANDRILL_INSTALLATION(t);
-        QVERIFY(addOrders(t.session()));
-        WorkOrderRecordTab tab(t.session());
-        tab.refreshRecordWorkorder();
-        tab.findAndSelect(1);
+        OPEN_TAB(t, tab);
         t.prompter().queueAnswer(Prompter::Answer::No);
         QTableWidgetItem* item = tab.findChild<QTableWidget*>(grid)->item(row, column);
         const QString before = item->text() + QString::number(item->checkState());
@@ -172,19 +178,46 @@ private slots:
 
         QCOMPARE(item->text() + QString::number(item->checkState()), before);
         QCOMPARE(t.prompter().texts(), question.isEmpty() ? QStringList() : QStringList{question});
-        for (const QString& table : {u"tblworkorder"_s, u"tblwoserviceused"_s, u"tblwopartused"_s}) {
-            QCOMPARE(updates(t.session(), table), 0);
-        }
+        QCOMPARE(firstColumn(t.session(), u"SELECT n FROM tblUpdates"_s), u"0|0|0"_s);
+    }
+
+    void noteIsStoredOnLeavingUnlessRefused_data()
+    {
+        QTest::addColumn<int>("row");
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("stored"); ///< notes of lines 1 to 3 afterwards
+        QTest::addColumn<int>("rowAfter");   ///< the line selected after clicking the first
+        QTest::newRow("kept") << 1 << u"new"_s << u"|new|rain"_s << 0;
+        QTest::newRow("blank on a skipped line refused") << 2 << u"  "_s << u"||rain"_s << 2;
+    }
+    void noteIsStoredOnLeavingUnlessRefused()
+    {
+        QFETCH(int, row);
+        QFETCH(QString, typed);
+        QFETCH(QString, stored);
+        QFETCH(int, rowAfter);
+        OPEN_TAB(t, tab);
+        auto* lines = child<QTableWidget>(tab, "grdRecordService");
+        lines->setCurrentCell(row, 3);
+        auto* note = child<QPlainTextEdit>(tab, "txtRecordNote");
+        note->selectAll();
+        QTest::keyClicks(note, typed);
+        QFocusEvent left(QEvent::FocusOut);
+        QApplication::sendEvent(note, &left);
+        lines->setCurrentCell(0, 3);
+        QCOMPARE(lines->currentRow(), rowAfter);
+        QCOMPARE(note->toPlainText(), rowAfter ? typed : QString());
+        QCOMPARE(firstColumn(t.session(),
+                             u"SELECT Note FROM tblWoServiceUsed WHERE WorkOrderNo = 1 "
+                             "ORDER BY NserviceUsedID"_s),
+                 stored);
+        QCOMPARE(t.prompter().texts().count(RecordingMessages::NoteBlank), int(row == 2));
     }
 
     void timeCellOpensTheTimeDialog()
     {
-        TANDRILL_INSTALLATION(t);
-        QVERIFY(addOrders(t.session()));
-        WorkOrderRecordTab tab(t.session());
+        OPEN_TAB(t, tab);
         tab.show();
-        tab.refreshRecordWorkorder();
-        tab.findAndSelect(1);
         auto* lines = child<QTableWidget>(tab, "grdRecordService");
         onModal<ServiceTimeScreen>("frmServiceTime", [](ServiceTimeScreen* dialog) {
             QCOMPARE(text(*dialog, "timeStart"), u"12:00A"_s);
@@ -199,18 +232,13 @@ private slots:
 
     void postPostsTheCompleteOrdersAndRefreshes()
     {
-        TANDRILL_INSTALLATION(t);
-        QVERIFY(addOrders(t.session()));
-        WorkOrderRecordTab tab(t.session());
-        tab.refreshRecordWorkorder();
-        QCOMPARE(tab.equipmentIds(), (QList<qint64>{7, 7}));
+        OPEN_TAB(t, tab);
         edit(child<QTableWidget>(tab, "grdRecordWo")->item(0, Complete), true);
         click(tab, "cmdPost");
         QCOMPARE(child<QTableWidget>(tab, "grdRecordWo")->rowCount(), 1);
         QVERIFY(!tab.findAndSelect(2));
-        QSqlQuery q(t.session().db());
-        QVERIFY(Sql::exec(q, u"SELECT ServiceName FROM tblWOServiceUsedHistory"_s) && q.next());
-        QCOMPARE(q.value(0).toString(), u"Tyre"_s);
+        QCOMPARE(firstColumn(t.session(), u"SELECT ServiceName FROM tblWOServiceUsedHistory"_s),
+                 u"Tyre"_s);
     }
 };
 
