@@ -1,5 +1,6 @@
 #include "ServiceTimeScreen.h"
 
+#include "FormPlacement.h"
 #include "Prompter.h"
 #include "Session.h"
 
@@ -44,6 +45,13 @@ void ServiceTimeScreen::build()
     form->addRow(QStringLiteral("End Time"), m_end);
     form->addRow(QStringLiteral("Work Hours"), m_hours);
     form->addRow(saveButton);
+    FormPlacement::restore(m_session, this);
+}
+
+void ServiceTimeScreen::done(int result)
+{
+    FormPlacement::store(m_session, this);
+    QDialog::done(result);
 }
 
 QLineEdit* ServiceTimeScreen::timeBox(const char* name)

@@ -27,6 +27,8 @@ public:
 
     ServiceTime::Entry entry() const { return m_entry; }
 
+    void done(int result) override;
+
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
