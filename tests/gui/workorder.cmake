@@ -8,3 +8,9 @@ tandrill_add_test(tst_equipmenthistorysection SOURCES
 tandrill_add_test(tst_servicedateconfirmationscreen SOURCES
     ${CMAKE_CURRENT_LIST_DIR}/tst_servicedateconfirmationscreen.cpp LIBS tandrill_gui_workorder GUI
     BOTH_ENGINES)
+# Tab 1 of the work order screen: recording and posting.
+tandrill_add_test(tst_workorderrecordtab SOURCES
+    ${CMAKE_CURRENT_LIST_DIR}/tst_workorderrecordtab.cpp LIBS tandrill_gui_workorder GUI BOTH_ENGINES)
+# The time dialog of a line.
+tandrill_add_test(tst_servicetimescreen SOURCES
+    ${CMAKE_CURRENT_LIST_DIR}/tst_servicetimescreen.cpp LIBS tandrill_gui_workorder GUI BOTH_ENGINES)
