@@ -8,3 +8,6 @@ tandrill_add_test(tst_equipmenthistorysection SOURCES
 tandrill_add_test(tst_servicedateconfirmationscreen SOURCES
     ${CMAKE_CURRENT_LIST_DIR}/tst_servicedateconfirmationscreen.cpp LIBS tandrill_gui_workorder GUI
     BOTH_ENGINES)
+# frmWorkorder: its filter and the print tab.
+tandrill_add_test(tst_workorderscreen SOURCES
+    ${CMAKE_CURRENT_LIST_DIR}/tst_workorderscreen.cpp LIBS tandrill_gui_workorder GUI BOTH_ENGINES)
