@@ -1,4 +1,6 @@
 #include "../workorder/WorkOrderFixture.h"
+#include "Lateness.h"
+#include "Options.h"
 #include "ScreenTest.h"
 #include "SqlValue.h"
 #include "TestInstallation.h"
@@ -100,7 +102,8 @@ private slots:
 
     void aDueRowShowsWhatWouldBeGenerated()
     {
-        TANDRILL_INSTALLATION(t);
+        TANDRILL_INSTALLATION(t, QDate(2025, 3, 20));
+        Options::setOption(t.session(), u"SERVICE_LATE_RED"_s, u"12"_s);
         auto screen = onFleet(t.session());
         QVERIFY(screen);
         auto* list = child<WorkOrderGrid>(*screen, "grdPrintWO");
@@ -114,6 +117,8 @@ private slots:
         auto* services = child<WorkOrderGrid>(*screen, "grdGenService");
         QCOMPARE(services->rowCount(), 4);
         QCOMPARE(services->value(0, u"ServiceName"_s).toString(), u"A"_s);
+        QCOMPARE(services->item(0, 2)->background().color(), QColor(Lateness::RedBackground));
+        QCOMPARE(services->item(1, 2)->background(), QBrush());
         QCOMPARE(child<WorkOrderGrid>(*screen, "grdGenPart")->rowCount(), 2);
         auto* note = child<QPlainTextEdit>(*screen, "txtGenServiceNote");
         QCOMPARE(note->toPlainText(), u"it's"_s);
@@ -151,6 +156,30 @@ private slots:
         perform(*screen, t.prompter(), u"Yes|cmdDelete"_s, "");
         QCOMPARE(orders(t.session()), 1);
         QCOMPARE(list->rowCount(), 3);
+    }
+
+    void unscheduledMakesAnOrderForAMachineNotListed()
+    {
+        TANDRILL_INSTALLATION(t);
+        QVERIFY(sql(t.session(), u"INSERT INTO tblEquipment (EquipmentID, UnitNo, Inactive) "
+                                 "VALUES (9, 'U9', '0')"_s)
+                    .isValid());
+        auto screen = onFleet(t.session());
+        QVERIFY(screen);
+        int offered = 0;
+        onModal("frmQuickFind", [&](QWidget* find) {
+            auto* grid = child<RecordGrid>(*find, "grdDisplay");
+            offered = grid->rowCount();
+            const QPoint cell = grid->visualRect(grid->model()->index(0, 1)).center();
+            QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, cell);
+            QTest::mouseDClick(grid->viewport(), Qt::LeftButton, {}, cell);
+        });
+        click(*screen, "cmdUnschedule");
+        QCOMPARE(offered, 1);
+        QCOMPARE(t.prompter().texts(), QStringList{u"Workorder Generated"_s});
+        auto* list = child<WorkOrderGrid>(*screen, "grdPrintWO");
+        QCOMPARE(list->value(2, u"UnitNo"_s).toString(), u"U9"_s);
+        QVERIFY(!list->value(2, u"WorkOrderNo"_s).isNull());
     }
 
     void changingADueRowAsksToGenerateFirst_data()
