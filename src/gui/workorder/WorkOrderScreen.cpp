@@ -206,7 +206,6 @@ QWidget* WorkOrderScreen::buildFilter()
     grid->addWidget(label(m_filterBox, "lblAssignCrew", QStringLiteral("Assign Crew")), 1, 2);
     grid->addWidget(m_assignCrew, 1, 3);
     QPushButton* refresh = button("cmdRefreshWo", QStringLiteral("&Refresh"));
-    refresh->setParent(m_filterBox);
     grid->addWidget(refresh, 1, 4);
     connect(m_dateFrom, &QDateEdit::dateChanged, this, &WorkOrderScreen::onDateFromChanged);
     connect(m_dateTo, &QDateEdit::dateChanged, this, &WorkOrderScreen::onDateToChanged);
@@ -342,6 +341,9 @@ QList<WorkOrderGrid*> WorkOrderScreen::grids() const
 
 void WorkOrderScreen::done(int result)
 {
+    // A note being typed is kept as if the user had left the box.
+    storeDueNote();
+    storePrintNote();
     filter().save(m_session);
     for (WorkOrderGrid* grid : grids()) {
         grid->storeLayout(m_session, FormName);
@@ -738,6 +740,9 @@ bool WorkOrderScreen::storePrintNote()
     const WorkOrderRecording::Edit edit = m_recording.setNote(lineId, m_printNote->toPlainText());
     if (edit == WorkOrderRecording::Edit::Refused) {
         return false;
+    }
+    if (edit == WorkOrderRecording::Edit::Failed) {
+        m_printNote->setPlainText(m_shownNote);
     }
     m_shownNote = m_printNote->toPlainText();
     return true;
