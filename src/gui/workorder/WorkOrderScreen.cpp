@@ -16,7 +16,7 @@
 
 #include <QCheckBox>
 #include <QDateEdit>
-#include <QEvent>
+#include <QFocusEvent>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -354,7 +354,10 @@ void WorkOrderScreen::done(int result)
 
 bool WorkOrderScreen::eventFilter(QObject* watched, QEvent* event)
 {
-    if (event->type() == QEvent::FocusOut) {
+    // Focus that leaves the window (for a message box, say) has not left the box.
+    if (event->type() == QEvent::FocusOut &&
+        static_cast<QFocusEvent*>(event)->reason() != Qt::ActiveWindowFocusReason &&
+        static_cast<QFocusEvent*>(event)->reason() != Qt::PopupFocusReason) {
         if (watched == m_genNote) {
             storeDueNote();
         } else if (watched == m_printNote && !storePrintNote()) {
