@@ -14,3 +14,6 @@ tandrill_add_test(tst_workorderrecordtab SOURCES
 # The time dialog of a line.
 tandrill_add_test(tst_servicetimescreen SOURCES
     ${CMAKE_CURRENT_LIST_DIR}/tst_servicetimescreen.cpp LIBS tandrill_gui_workorder GUI BOTH_ENGINES)
+# frmWorkorder: its filter and the print tab.
+tandrill_add_test(tst_workorderscreen SOURCES
+    ${CMAKE_CURRENT_LIST_DIR}/tst_workorderscreen.cpp LIBS tandrill_gui_workorder GUI BOTH_ENGINES)
