@@ -30,6 +30,7 @@
 #include "ReportPreviewScreen.h"
 #include "ScriptedPrompter.h"
 #include "ServiceDateConfirmationScreen.h"
+#include "ServiceTimeScreen.h"
 #include "ServicesManagerScreen.h"
 #include "ServicesScreen.h"
 #include "Session.h"
@@ -37,6 +38,8 @@
 #include "SiteScreen.h"
 #include "SupplierScreen.h"
 #include "UserRights.h"
+#include "WorkOrderRecording.h"
+#include "WorkOrderScreen.h"
 
 #include <QApplication>
 #include <QHash>
@@ -128,6 +131,46 @@ void wirePostingDialogs(MainScreen& main, Session& session, ScreenCatalogue& scr
             ServiceDateConfirmationScreen::showServiceDateConfirmationForm(
                 session, session.today(),
                 services.first().value(QStringLiteral("ServiceUsedID")).toLongLong(), &main);
+        }
+    });
+}
+
+/**
+ * The work order screen, on its print tab or its recording tab, from the menu, the
+ * toolbars and the board's rows; and the time dialog of a line, which the equipment
+ * history opens too.
+ */
+void wireWorkOrders(MainScreen& main, OverdueBoardScreen& board, Session& session,
+                    ScreenCatalogue& screens)
+{
+    const auto print = [&session, &main](const QString& unitNo) {
+        WorkOrderScreen::showPrintWorkorder(session, unitNo, &main);
+    };
+    const auto record = [&session, &main](qint64 workOrderNo) {
+        WorkOrderScreen::showCompleteWorkorder(session, workOrderNo, &main);
+    };
+    main.setHandler(QStringLiteral("mnuPrintWO"), [print] { print(QString()); });
+    main.setHandler(QStringLiteral("mnuRecordWork"), [record] { record(0); });
+    board.setToolbarHandler(OverdueBoardScreen::PrintWorkOrders, [print] { print(QString()); });
+    board.setToolbarHandler(OverdueBoardScreen::RecordWorkOrder, [record] { record(0); });
+    board.setLinkHandlers(print, record);
+    screens.insert(QStringLiteral("frmWorkorder"), [print] { print(QString()); });
+
+    EquipmentScreen::setHistoryTimeDialog(&ServiceTimeScreen::showServiceTimeForm);
+    // For its picture only: the first line of the newest open work order.
+    screens.insert(QStringLiteral("frmServiceTime"), [&session, &main] {
+        WorkOrderRecording recording(session);
+        const QList<WorkOrderRecording::Order> orders = recording.openOrders();
+        const QList<WorkOrderRecording::Line> lines =
+            orders.isEmpty() ? QList<WorkOrderRecording::Line>()
+                             : recording.lines(orders.first().workOrderNo);
+        if (!lines.isEmpty()) {
+            const WorkOrderRecording::Line& line = lines.first();
+            ServiceTimeScreen::showServiceTimeForm(session, line.lineId,
+                                                   {ServiceTime::stored(line.startTime),
+                                                    ServiceTime::stored(line.endTime),
+                                                    ServiceTime::stored(line.workHours)},
+                                                   QString(), &main);
         }
     });
 }
@@ -327,6 +370,7 @@ ScreenCatalogue wireScreens(MainScreen& main, OverdueBoardScreen& board, Session
     wireDateReadings(main, session, screens);
     wireFinders(main, board, session, screens);
     wireReadings(main, board, session, screens);
+    wireWorkOrders(main, board, session, screens);
     return screens;
 }
 

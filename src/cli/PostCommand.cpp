@@ -21,7 +21,7 @@ QString listed(const QList<qint64>& workOrders)
     return numbers.join(QStringLiteral(", "));
 }
 
-/** A line on the error stream every so many work orders, when there are many. */
+/** A line on the error stream every so many posted lines, when there are many. */
 WorkOrderPosting::Progress progress(const CliContext& context)
 {
     return [&context](int done, int total) {

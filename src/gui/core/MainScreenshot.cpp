@@ -6,6 +6,7 @@
 #include <QFileInfo>
 #include <QPixmap>
 #include <QStackedWidget>
+#include <QTabWidget>
 #include <QTimer>
 #include <QWidget>
 #include <memory>
@@ -54,7 +55,11 @@ bool showFrame(QWidget* window, const QString& frame)
 {
     QWidget* page = window->findChild<QWidget*>(frame);
     for (QWidget* child = page; child && child != window; child = child->parentWidget()) {
-        if (auto* stack = qobject_cast<QStackedWidget*>(child->parentWidget())) {
+        auto* stack = qobject_cast<QStackedWidget*>(child->parentWidget());
+        // A tab is chosen through its tab control, so that the screen follows the change.
+        if (auto* tabs = stack ? qobject_cast<QTabWidget*>(stack->parentWidget()) : nullptr) {
+            tabs->setCurrentWidget(child);
+        } else if (stack) {
             stack->setCurrentWidget(child);
         }
     }

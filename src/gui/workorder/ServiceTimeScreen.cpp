@@ -59,6 +59,7 @@ QLineEdit* ServiceTimeScreen::timeBox(const char* name)
     auto* box = new QLineEdit(this);
     box->setObjectName(QString::fromLatin1(name));
     box->setMaxLength(7);
+    box->setMinimumWidth(box->fontMetrics().horizontalAdvance(QStringLiteral("00:00AM")) * 2);
     box->installEventFilter(this);
     return box;
 }

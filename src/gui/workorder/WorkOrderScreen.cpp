@@ -13,6 +13,7 @@
 #include "SqlValue.h"
 #include "WorkOrderGeneration.h"
 #include "WorkOrderGrid.h"
+#include "WorkOrderRecordTab.h"
 
 #include <QCheckBox>
 #include <QDateEdit>
@@ -320,10 +321,9 @@ QWidget* WorkOrderScreen::buildButtons()
 
 QWidget* WorkOrderScreen::buildRecordTab()
 {
-    auto* page = new QWidget(this);
-    page->setObjectName(QStringLiteral("tabComplete"));
-    new QVBoxLayout(page);
-    return page;
+    m_recordTab = new WorkOrderRecordTab(m_session, this);
+    m_recordTab->setObjectName(QStringLiteral("tabComplete"));
+    return m_recordTab;
 }
 
 QPushButton* WorkOrderScreen::button(const char* name, const QString& caption)
@@ -421,6 +421,7 @@ void WorkOrderScreen::onTabChanged(int index)
     m_filterBox->setVisible(printing);
     findChild<QPushButton*>(QStringLiteral("cmdPrint"))->setVisible(printing);
     refreshCurrentTab();
+    enableControls();
 }
 
 void WorkOrderScreen::refreshCurrentTab()
@@ -509,7 +510,8 @@ void WorkOrderScreen::enableControls()
     const QList<std::pair<const char*, bool>> states = {
         {"cmdPrintSelect", m_printWo->rowCount() > 0},
         {"cmdPrintUnSelect", m_printWo->rowCount() > 0},
-        {"cmdDelete", order},
+        // It deletes the print list's order, which tab 1 does not show.
+        {"cmdDelete", order && m_tabs->currentIndex() == int(Tab::Print)},
         {"cmdGenAddService", any && !order},
         {"cmdGenRemoveService", service},
         {"cmdGenAddPart", service},
@@ -616,7 +618,7 @@ void WorkOrderScreen::addUnscheduled()
     for (int r = 0; printing && r < m_printWo->rowCount(); ++r) {
         exclude.append(m_printWo->value(r, QStringLiteral("EquipmentID")).toString());
     }
-    for (qint64 id : printing ? QList<qint64>() : recordTabEquipmentIds()) {
+    for (qint64 id : printing ? QList<qint64>() : m_recordTab->equipmentIds()) {
         exclude.append(QString::number(id));
     }
     const QString chosen = QuickFindScreen::showQuickFind(
@@ -782,11 +784,12 @@ QString WorkOrderScreen::currentPartId() const
 
 // Tab 1
 
-void WorkOrderScreen::refreshRecordTab() {}
-
-void WorkOrderScreen::selectRecordOrder(qint64) {}
-
-QList<qint64> WorkOrderScreen::recordTabEquipmentIds() const
+void WorkOrderScreen::refreshRecordTab()
 {
-    return {};
+    m_recordTab->refreshRecordWorkorder();
+}
+
+void WorkOrderScreen::selectRecordOrder(qint64 workOrderNo)
+{
+    m_recordTab->findAndSelect(workOrderNo);
 }

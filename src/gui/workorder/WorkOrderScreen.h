@@ -16,6 +16,7 @@ class QPushButton;
 class QTabWidget;
 class Session;
 class WorkOrderGrid;
+class WorkOrderRecordTab;
 
 /**
  * frmWorkorder: where work orders are generated, prepared, recorded and
@@ -105,12 +106,8 @@ private:
     qint64 currentLineId() const;
     QString currentPartId() const;
 
-    // connected to WorkOrderRecordTab
     void refreshRecordTab();
-    // connected to WorkOrderRecordTab
     void selectRecordOrder(qint64 workOrderNo);
-    // connected to WorkOrderRecordTab
-    QList<qint64> recordTabEquipmentIds() const;
 
     Session& m_session;
     WorkOrderLists m_lists;
@@ -135,4 +132,5 @@ private:
     WorkOrderGrid* m_printPart = nullptr;
     QPlainTextEdit* m_printNote = nullptr;
     QString m_shownNote; ///< the note as read, so that an unchanged one is not written
+    WorkOrderRecordTab* m_recordTab = nullptr;
 };
