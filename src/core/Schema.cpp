@@ -396,7 +396,8 @@ Schema::Schema()
     // A machine's due services: with the date alone the engine would walk every machine's.
     idx("tblServiceUsed", {"EquipmentID", "NextScheduledDate"});
     idx("tblServiceUsed", {"ServiceID"});
-    idx("tblServiceUsed", {"NextScheduledDate"});
+    // The due lists and the board read every service of a window from this index alone.
+    idx("tblServiceUsed", {"NextScheduledDate", "Inactive", "EquipmentID", "CrewID"});
     idx("tblServiceUsed", {"CrewID"});
     idx("tblServiceUsedPart", {"ServiceUsedID"});
     idx("tblWorkorder", {"EquipmentID"});

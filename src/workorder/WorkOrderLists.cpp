@@ -17,6 +17,8 @@ const QString NotOnWorkOrder =
     QStringLiteral(" AND NOT EXISTS (SELECT 1 FROM tblWoServiceUsed "
                    "WHERE tblWoServiceUsed.ServiceUsedID = tblServiceUsed.ServiceUsedID)");
 
+// Due machines, then the open work orders with a line inside the filter or without lines;
+// the two halves never share a row, as only the first has no work order number.
 const QString PrintListSql = QStringLiteral(
     "SELECT DISTINCT tblEquipment.EquipmentID, CAST(NULL AS INTEGER) AS WorkOrderNo, "
     "tblEquipment.UnitNo, tblEquipment.EquipmentName, Etype.ItemName AS EquipmentType, "
@@ -26,16 +28,19 @@ const QString PrintListSql = QStringLiteral(
     "LEFT JOIN tblIndicator AS Etype ON tblEquipment.EquipmentType = Etype.ItemID "
     "LEFT JOIN tblCrew AS Ecrew ON tblEquipment.CrewID = Ecrew.CrewID "
     "WHERE %1%2 AND tblServiceUsed.Inactive = 0 AND tblEquipment.Inactive = '0' "
-    "UNION "
-    "SELECT DISTINCT tblWorkorder.EquipmentID, tblWorkorder.WorkOrderNo, tblEquipment.UnitNo, "
+    "UNION ALL "
+    "SELECT tblWorkorder.EquipmentID, tblWorkorder.WorkOrderNo, tblEquipment.UnitNo, "
     "tblEquipment.EquipmentName, Etype.ItemName AS EquipmentType, tblWorkorder.Printed "
     "FROM tblWorkorder "
-    "LEFT JOIN tblWoServiceUsed ON tblWorkorder.WorkOrderNo = tblWoServiceUsed.WorkOrderNo "
-    "LEFT JOIN tblCrew ON tblWoServiceUsed.CrewID = tblCrew.CrewID "
     "LEFT JOIN tblEquipment ON tblWorkorder.EquipmentID = tblEquipment.EquipmentID "
     "LEFT JOIN tblIndicator AS Etype ON tblEquipment.EquipmentType = Etype.ItemID "
     "LEFT JOIN tblCrew AS Ecrew ON tblEquipment.CrewID = Ecrew.CrewID "
-    "WHERE (%1 or NextScheduledDate IS NULL) "
+    "WHERE NOT EXISTS (SELECT 1 FROM tblWoServiceUsed "
+    "WHERE tblWoServiceUsed.WorkOrderNo = tblWorkorder.WorkOrderNo) "
+    "OR EXISTS (SELECT 1 FROM tblWoServiceUsed "
+    "LEFT JOIN tblCrew ON tblWoServiceUsed.CrewID = tblCrew.CrewID "
+    "WHERE tblWoServiceUsed.WorkOrderNo = tblWorkorder.WorkOrderNo "
+    "AND (%1 OR tblWoServiceUsed.NextScheduledDate IS NULL)) "
     "ORDER BY UnitNo, WorkOrderNo NULLS FIRST");
 
 QString firstText(const Rows& rows)
