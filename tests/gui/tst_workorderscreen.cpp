@@ -77,12 +77,18 @@ private slots:
 
         perform(screen, t.prompter(), u"txtCrewRange=,5-|txtAssignCrew=7"_s, "");
         child<QCheckBox>(screen, "chkGroupWo")->setChecked(false);
+        // Both tabs' grids keep the user's column widths.
+        child<QTableWidget>(screen, "grdPrintWO")->setColumnWidth(2, 141);
+        child<QTableWidget>(screen, "grdRecordService")->setColumnWidth(3, 142);
         screen.close();
         const WorkOrderFilter kept = WorkOrderFilter::load(t.session());
         QCOMPARE(kept.from, QDate(2025, 4, 5));
         QCOMPARE(kept.to, QDate(2025, 4, 5));
         QCOMPARE(kept.crewRange + u'|' + kept.assignCrew, u"5-|7"_s);
         QVERIFY(!kept.group);
+        WorkOrderScreen again(t.session());
+        QCOMPARE(child<QTableWidget>(again, "grdPrintWO")->columnWidth(2), 141);
+        QCOMPARE(child<QTableWidget>(again, "grdRecordService")->columnWidth(3), 142);
     }
 
     void tabsShowTheirOwnControls()

@@ -144,31 +144,58 @@ void WorkOrderGrid::paintRow(int row, const QColor& background, const QColor& fo
 
 void WorkOrderGrid::restoreLayout(Session& session, const QString& formName)
 {
-    for (const GridSettings::Column& stored : GridSettings::load(session, formName, objectName())) {
-        const int c = columnOf(stored.fieldName);
-        if (c < 0 || isColumnHidden(c)) {
-            continue;
-        }
-        if (stored.width > 0) {
-            setColumnWidth(c, stored.width);
-        }
-        horizontalHeader()->moveSection(horizontalHeader()->visualIndex(c),
-                                        std::clamp(stored.position, 0, columnCount() - 1));
-    }
+    TableLayout::restore(*this, fields(), session, formName);
 }
 
 void WorkOrderGrid::storeLayout(Session& session, const QString& formName) const
 {
+    TableLayout::store(*this, fields(), session, formName);
+}
+
+QStringList WorkOrderGrid::fields() const
+{
+    QStringList names;
+    for (const Column& column : m_columns) {
+        names.append(column.field);
+    }
+    return names;
+}
+
+void TableLayout::restore(QTableWidget& grid, const QStringList& fields, Session& session,
+                          const QString& formName)
+{
+    for (const GridSettings::Column& stored :
+         GridSettings::load(session, formName, grid.objectName())) {
+        const auto found =
+            std::find_if(fields.cbegin(), fields.cend(), [&stored](const QString& field) {
+                return field.compare(stored.fieldName, Qt::CaseInsensitive) == 0;
+            });
+        const int c = found == fields.cend() ? -1 : int(found - fields.cbegin());
+        if (c < 0 || grid.isColumnHidden(c)) {
+            continue;
+        }
+        if (stored.width > 0) {
+            grid.setColumnWidth(c, stored.width);
+        }
+        QHeaderView* header = grid.horizontalHeader();
+        header->moveSection(header->visualIndex(c),
+                            std::clamp(stored.position, 0, grid.columnCount() - 1));
+    }
+}
+
+void TableLayout::store(const QTableWidget& grid, const QStringList& fields, Session& session,
+                        const QString& formName)
+{
     QList<GridSettings::Column> columns;
-    for (int c = 0; c < m_columns.size(); ++c) {
-        if (!isColumnHidden(c)) {
-            columns.append({m_columns[c].field, columnWidth(c), horizontalHeader()->visualIndex(c),
+    for (int c = 0; c < fields.size() && c < grid.columnCount(); ++c) {
+        if (!grid.isColumnHidden(c)) {
+            columns.append({fields[c], grid.columnWidth(c), grid.horizontalHeader()->visualIndex(c),
                             GridSettings::SortType::None});
         }
     }
     std::sort(columns.begin(), columns.end(),
               [](const auto& a, const auto& b) { return a.position < b.position; });
-    GridSettings::save(session, formName, objectName(), columns);
+    GridSettings::save(session, formName, grid.objectName(), columns);
 }
 
 int WorkOrderGrid::columnOf(const QString& field) const

@@ -7,6 +7,18 @@
 class Session;
 
 /**
+ * The column layout of a table grid as this user left it: widths and order,
+ * kept per screen and grid by the field each column shows (fields[c] for
+ * column c). Hidden columns are neither kept nor moved.
+ */
+namespace TableLayout {
+void restore(QTableWidget& grid, const QStringList& fields, Session& session,
+             const QString& formName);
+void store(const QTableWidget& grid, const QStringList& fields, Session& session,
+           const QString& formName);
+} // namespace TableLayout
+
+/**
  * A grid of the work order screen: named columns over rows read by the work
  * order logic. Each cell keeps the value it was filled with, so that a row's
  * key reads the same whatever the cell shows. Edits of an editable column are
@@ -56,6 +68,7 @@ signals:
 
 private:
     int columnOf(const QString& field) const;
+    QStringList fields() const;
     QTableWidgetItem* cell(const Column& column, const QVariant& value) const;
     void onItemChanged(QTableWidgetItem* item);
 

@@ -11,6 +11,7 @@
 #include "ServiceTimeScreen.h"
 #include "ServicesManagerScreen.h"
 #include "Session.h"
+#include "WorkOrderGrid.h"
 #include "WorkOrderPosting.h"
 #include "WorkOrderRecords.h"
 
@@ -375,6 +376,39 @@ QTableWidget* WorkOrderRecordTab::grid(const char* name, const QStringList& capt
                           QAbstractItemView::EditKeyPressed);
     rows->verticalHeader()->hide();
     return rows;
+}
+
+QList<QTableWidget*> WorkOrderRecordTab::grids() const
+{
+    return {m_orderRows, m_lineRows, m_partRows};
+}
+
+namespace {
+
+/** A grid's columns are known by their captions, the names its rows show them under. */
+QStringList captions(const QTableWidget& grid)
+{
+    QStringList names;
+    for (int c = 0; c < grid.columnCount(); ++c) {
+        names.append(grid.horizontalHeaderItem(c)->text());
+    }
+    return names;
+}
+
+} // namespace
+
+void WorkOrderRecordTab::restoreLayouts(const QString& formName)
+{
+    for (QTableWidget* rows : grids()) {
+        TableLayout::restore(*rows, captions(*rows), m_session, formName);
+    }
+}
+
+void WorkOrderRecordTab::storeLayouts(const QString& formName) const
+{
+    for (QTableWidget* rows : grids()) {
+        TableLayout::store(*rows, captions(*rows), m_session, formName);
+    }
 }
 
 QPushButton* WorkOrderRecordTab::button(const char* name, const QString& caption)

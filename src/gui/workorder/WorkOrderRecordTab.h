@@ -36,6 +36,9 @@ public:
     bool findAndSelect(qint64 workOrderNo);
     /** The machines of the listed orders (cmdUnschedule leaves them out of its quick find). */
     QList<qint64> equipmentIds() const;
+    /** Sizes and orders the grids' columns as this user left them on the screen formName. */
+    void restoreLayouts(const QString& formName);
+    void storeLayouts(const QString& formName) const;
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -43,6 +46,7 @@ protected:
 private:
     void build();
     QTableWidget* grid(const char* name, const QStringList& captions);
+    QList<QTableWidget*> grids() const;
     QPushButton* button(const char* name, const QString& caption);
     void showOrders();
     void showLines();

@@ -162,6 +162,7 @@ WorkOrderScreen::WorkOrderScreen(Session& session, QWidget* parent)
     for (WorkOrderGrid* grid : grids()) {
         grid->restoreLayout(m_session, FormName);
     }
+    m_recordTab->restoreLayouts(FormName);
     showFilter(WorkOrderFilter::load(m_session));
     connect(m_tabs, &QTabWidget::currentChanged, this, &WorkOrderScreen::onTabChanged);
 }
@@ -348,6 +349,7 @@ void WorkOrderScreen::done(int result)
     for (WorkOrderGrid* grid : grids()) {
         grid->storeLayout(m_session, FormName);
     }
+    m_recordTab->storeLayouts(FormName);
     FormPlacement::store(m_session, this);
     QDialog::done(result);
 }
