@@ -289,6 +289,23 @@ QString excludeText(const QList<WorkOrderRecording::Part>& parts)
     return quoted.join(u',');
 }
 
+/** The row of rows that grid has current, or none. */
+template <typename Row> const Row* shownAt(const QTableWidget* grid, const QList<Row>& rows)
+{
+    const int row = grid->currentRow();
+    return row >= 0 && row < rows.size() ? &rows[row] : nullptr;
+}
+
+/** A grid's columns are known by their captions, the names its rows show them under. */
+QStringList captions(const QTableWidget& grid)
+{
+    QStringList names;
+    for (int c = 0; c < grid.columnCount(); ++c) {
+        names.append(grid.horizontalHeaderItem(c)->text());
+    }
+    return names;
+}
+
 } // namespace
 
 WorkOrderRecordTab::WorkOrderRecordTab(Session& session, QWidget* parent)
@@ -382,20 +399,6 @@ QList<QTableWidget*> WorkOrderRecordTab::grids() const
 {
     return {m_orderRows, m_lineRows, m_partRows};
 }
-
-namespace {
-
-/** A grid's columns are known by their captions, the names its rows show them under. */
-QStringList captions(const QTableWidget& grid)
-{
-    QStringList names;
-    for (int c = 0; c < grid.columnCount(); ++c) {
-        names.append(grid.horizontalHeaderItem(c)->text());
-    }
-    return names;
-}
-
-} // namespace
 
 void WorkOrderRecordTab::restoreLayouts(const QString& formName)
 {
@@ -819,36 +822,36 @@ void WorkOrderRecordTab::post()
 
 qint64 WorkOrderRecordTab::selectedOrder() const
 {
-    const int row = m_orderRows->currentRow();
-    return row >= 0 && row < m_orders.size() ? m_orders[row].workOrderNo : 0;
+    const auto* order = shownAt(m_orderRows, m_orders);
+    return order ? order->workOrderNo : 0;
 }
 
 qint64 WorkOrderRecordTab::selectedEquipment() const
 {
-    const int row = m_orderRows->currentRow();
-    return row >= 0 && row < m_orders.size() ? m_orders[row].equipmentId : 0;
+    const auto* order = shownAt(m_orderRows, m_orders);
+    return order ? order->equipmentId : 0;
 }
 
 bool WorkOrderRecordTab::selectedOrderComplete() const
 {
-    const int row = m_orderRows->currentRow();
-    return row >= 0 && row < m_orders.size() && m_orders[row].complete;
+    const auto* order = shownAt(m_orderRows, m_orders);
+    return order && order->complete;
 }
 
 qint64 WorkOrderRecordTab::selectedLine() const
 {
-    const int row = m_lineRows->currentRow();
-    return row >= 0 && row < m_lines.size() ? m_lines[row].lineId : 0;
+    const auto* line = shownAt(m_lineRows, m_lines);
+    return line ? line->lineId : 0;
 }
 
 bool WorkOrderRecordTab::selectedLineCompleted() const
 {
-    const int row = m_lineRows->currentRow();
-    return row >= 0 && row < m_lines.size() && m_lines[row].completed;
+    const auto* line = shownAt(m_lineRows, m_lines);
+    return line && line->completed;
 }
 
 QString WorkOrderRecordTab::selectedPart() const
 {
-    const int row = m_partRows->currentRow();
-    return row >= 0 && row < m_parts.size() ? m_parts[row].partId : QString();
+    const auto* part = shownAt(m_partRows, m_parts);
+    return part ? part->partId : QString();
 }
