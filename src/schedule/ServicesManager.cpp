@@ -121,10 +121,10 @@ Rows ServicesManager::pickList(const QString& source, const QList<qint64>& exclu
             "tblCostCenter.Description AS CostCenter, %1.EInterval, "
             "CASE %1.RenewalOn WHEN 'W' THEN 'Work Order Completion' "
             "WHEN 'S' THEN 'Service Original Scheduled' END AS RenewalOn, %1.SeparateWo, "
-            "%1.LaborEstimate, %1.CostEstimate "
+            "%1.LaborEstimate, %1.CostEstimate%2 "
             "FROM (%1 LEFT JOIN tblCrew ON %1.CrewID = tblCrew.CrewID) "
             "LEFT JOIN tblCostCenter ON %1.CostCenterID = tblCostCenter.CostCenterID WHERE 1 = 1")
-            .arg(table);
+            .arg(table, master ? QString() : QStringLiteral(", tblServiceUsed.ServiceUsedID"));
     QVariantList values;
     if (!master) {
         sql += QStringLiteral(" AND tblServiceUsed.EquipmentID = ?");

@@ -27,7 +27,8 @@ public:
     Rows copyRow(qint64 serviceUsedId);
     /**
      * The services to pick from, by ServiceID: source "SL" the masters, "EL" the copies on
-     * machine equipmentId. Services whose ServiceID is in excluded are left out.
+     * machine equipmentId, each ending with its ServiceUsedID, which is what a pick of a
+     * copy names. Services whose ServiceID is in excluded are left out.
      */
     Rows pickList(const QString& source, const QList<qint64>& excluded, qint64 equipmentId);
     /** The name and unit number of the machine whose services are offered. */

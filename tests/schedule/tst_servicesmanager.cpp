@@ -187,6 +187,7 @@ private slots:
         const Rows other = manager.pickList(u"EL"_s, {200}, 7);
         QCOMPARE(other.size(), 1);
         QCOMPARE(other[0].value(u"ServiceID"_s).toLongLong(), 100);
+        QCOMPARE(other[0].value(u"ServiceUsedID"_s).toLongLong(), 1); // what a pick of it names
         QVERIFY(t.failures().isEmpty());
     }
 };

@@ -32,16 +32,19 @@ QPushButton* button(QWidget* parent, const char* name, const QString& caption)
 
 ServicesManagerScreen::ServicesManagerScreen(Session& session,
                                              const QList<qint64>& excludedServiceIds,
-                                             qint64 equipmentId, QWidget* parent)
+                                             qint64 equipmentId, Machines machines, QWidget* parent)
     : QDialog(parent), m_session(session), m_manager(session), m_excluded(excludedServiceIds),
-      m_otherMachine(0)
+      m_equipmentId(equipmentId), m_machines(machines)
 {
     setObjectName(QStringLiteral("frmServicesManager"));
     setWindowTitle(QStringLiteral("Services"));
     m_master = new QRadioButton(QStringLiteral("Master Service List"), this);
     m_master->setObjectName(QStringLiteral("optServiceMaster"));
     m_master->setChecked(true);
-    m_machine = new QRadioButton(QStringLiteral("Another Piece of Equipment"), this);
+    m_machine = new QRadioButton(machines == Machines::This
+                                     ? QStringLiteral("This Equipment's Service List")
+                                     : QStringLiteral("Another Piece of Equipment"),
+                                 this);
     m_machine->setObjectName(QStringLiteral("optEquipmentService"));
     m_machineName = new QLabel(this);
     m_machineName->setObjectName(QStringLiteral("lblEquipment"));
@@ -71,7 +74,7 @@ ServicesManagerScreen::ServicesManagerScreen(Session& session,
     layout->addWidget(m_grid, 1);
     layout->addLayout(buttons);
     connect(m_master, &QRadioButton::clicked, this, &ServicesManagerScreen::showServices);
-    connect(m_machine, &QRadioButton::clicked, this, &ServicesManagerScreen::chooseOtherMachine);
+    connect(m_machine, &QRadioButton::clicked, this, &ServicesManagerScreen::chooseMachine);
     connect(m_grid, &QTableWidget::cellDoubleClicked, this, &ServicesManagerScreen::process);
     connect(select, &QPushButton::clicked, this, &ServicesManagerScreen::process);
     connect(add, &QPushButton::clicked, this, &ServicesManagerScreen::addService);
@@ -83,9 +86,9 @@ ServicesManagerScreen::ServicesManagerScreen(Session& session,
 
 std::optional<ServicePick>
 ServicesManagerScreen::pickServices(Session& session, const QList<qint64>& excludedServiceIds,
-                                    qint64 equipmentId, QWidget* parent)
+                                    qint64 equipmentId, QWidget* parent, Machines machines)
 {
-    ServicesManagerScreen screen(session, excludedServiceIds, equipmentId, parent);
+    ServicesManagerScreen screen(session, excludedServiceIds, equipmentId, machines, parent);
     if (screen.exec() != QDialog::Accepted) {
         return std::nullopt;
     }
@@ -98,19 +101,29 @@ void ServicesManagerScreen::showServices()
     const Rows rows = m_manager.pickList(master ? QStringLiteral("SL") : QStringLiteral("EL"),
                                          m_excluded, m_otherMachine);
     m_grid->setRowCount(int(rows.size()));
+    m_pickIds.clear();
     for (int r = 0; r < rows.size(); ++r) {
         auto* tick = new QTableWidgetItem;
         tick->setFlags(Qt::ItemIsUserCheckable | Qt::ItemIsEnabled | Qt::ItemIsSelectable);
         tick->setCheckState(Qt::Unchecked);
         m_grid->setItem(r, 0, tick);
-        for (int c = 0; c < rows[r].count(); ++c) {
+        for (int c = 0; c + 1 < Captions.size(); ++c) {
             m_grid->setItem(r, c + 1, new QTableWidgetItem(rows[r].value(c).toString()));
         }
+        m_pickIds.append(
+            rows[r]
+                .value(master ? QStringLiteral("ServiceID") : QStringLiteral("ServiceUsedID"))
+                .toLongLong());
     }
 }
 
-void ServicesManagerScreen::chooseOtherMachine()
+void ServicesManagerScreen::chooseMachine()
 {
+    if (m_machines == Machines::This) {
+        m_otherMachine = m_equipmentId;
+        showMachine();
+        return;
+    }
     const QString key = QuickFindScreen::showQuickFind(
         m_session, QStringLiteral("tblEquipment"), QStringLiteral("UnitNo"),
         QStringLiteral("Unit No"), objectName(), {}, this);
@@ -119,6 +132,11 @@ void ServicesManagerScreen::chooseOtherMachine()
         return;
     }
     m_otherMachine = key.toLongLong();
+    showMachine();
+}
+
+void ServicesManagerScreen::showMachine()
+{
     const Rows machine = m_manager.machineNameAndUnit(m_otherMachine);
     m_machineName->setText(machine.isEmpty()
                                ? QString()
@@ -132,7 +150,7 @@ void ServicesManagerScreen::process()
     m_pick = {{}, m_master->isChecked() ? QStringLiteral("SL") : QStringLiteral("EL")};
     for (int r = 0; r < m_grid->rowCount(); ++r) {
         if (m_grid->item(r, 0)->checkState() == Qt::Checked) {
-            m_pick.ids.append(serviceId(r));
+            m_pick.ids.append(m_pickIds.value(r));
         }
     }
     accept();

@@ -778,8 +778,8 @@ void WorkOrderRecordTab::addServices()
     for (const WorkOrderRecording::Line& line : m_lines) {
         shown.append(line.serviceId);
     }
-    const std::optional<ServicePick> pick =
-        ServicesManagerScreen::pickServices(m_session, shown, selectedEquipment(), this);
+    const std::optional<ServicePick> pick = ServicesManagerScreen::pickServices(
+        m_session, shown, selectedEquipment(), this, ServicesManagerScreen::Machines::This);
     if (pick && !pick->ids.isEmpty()) {
         WorkOrderRecords(m_session).addServices(selectedOrder(), selectedEquipment(), *pick,
                                                 selectedOrderComplete());

@@ -664,8 +664,8 @@ void WorkOrderScreen::addPrintService()
     for (int r = 0; r < m_printService->rowCount(); ++r) {
         shown.append(m_printService->value(r, QStringLiteral("ServiceID")).toLongLong());
     }
-    const std::optional<ServicePick> pick =
-        ServicesManagerScreen::pickServices(m_session, shown, currentEquipmentId(), this);
+    const std::optional<ServicePick> pick = ServicesManagerScreen::pickServices(
+        m_session, shown, currentEquipmentId(), this, ServicesManagerScreen::Machines::This);
     if (!pick || pick->ids.isEmpty() ||
         !m_records.addServices(workOrderNo, currentEquipmentId(), *pick, false)) {
         return;
