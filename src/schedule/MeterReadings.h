@@ -106,9 +106,13 @@ public:
      */
     ServiceCountAsker promptedAsker();
 
-private:
+    /**
+     * Writes one reading as it stands, without the reading rule: posting stores the counts
+     * taken with the work this way, and the next reading entered dates the services.
+     */
     static void insertReading(WriteScope& write, qint64 equipmentId, const QDate& date,
                               const QString& countType, qint64 value);
 
+private:
     Session& m_session;
 };

@@ -270,7 +270,7 @@ bool WorkOrderPosting::postLine(WriteScope& write, const Line& line)
     }
     if (!countType.isEmpty() && !isCountAvailable(line.equipmentId, line.completed, countType,
                                                   line.countValue.toLongLong())) {
-        return write.ok() && storeReading(line, countType);
+        return write.ok() && storeReading(write, line, countType);
     }
     return write.ok();
 }
@@ -287,7 +287,7 @@ bool WorkOrderPosting::moveSchedule(WriteScope& write, const Line& line)
     const QString countType = ScheduleCodes::countType(line.period);
     QDate next;
     if (!countType.isEmpty()) {
-        if (!write.ok() || !storeReading(line, countType) ||
+        if (!write.ok() || !storeReading(write, line, countType) ||
             !serviceCountUpdate(write, line.scheduleId, line.countValue.toLongLong())) {
             return false;
         }
@@ -303,10 +303,11 @@ bool WorkOrderPosting::moveSchedule(WriteScope& write, const Line& line)
     return write.ok();
 }
 
-bool WorkOrderPosting::storeReading(const Line& line, const QString& countType)
+bool WorkOrderPosting::storeReading(WriteScope& write, const Line& line, const QString& countType)
 {
-    return MeterReadings(m_session).addCount(line.equipmentId, line.completed, countType,
-                                             line.countValue.toLongLong());
+    MeterReadings::insertReading(write, line.equipmentId, line.completed, countType,
+                                 line.countValue.toLongLong());
+    return write.ok();
 }
 
 QDate WorkOrderPosting::confirmedNextDate(const Line& line, const QDate& proposed)

@@ -106,7 +106,7 @@ private:
                                  QList<qint64>* postedLines);
     bool postLine(WriteScope& write, const Line& line);
     bool moveSchedule(WriteScope& write, const Line& line);
-    bool storeReading(const Line& line, const QString& countType);
+    bool storeReading(WriteScope& write, const Line& line, const QString& countType);
     /**
      * Moves a meter service's trigger on by its interval: from the count it was done at
      * when it renews on completion (W), else from the trigger it had.

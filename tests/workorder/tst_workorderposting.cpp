@@ -35,8 +35,8 @@ bool run(Session& s, const QString& sql)
  * Order 100 (machine 1, done 2025-02-20): line 11 done on schedule 1
  * (W, 30 days) with P1 x2 and untracked P2 x1 used; line 12 skipped on schedule 2 (S,
  * 10 days from 2025-01-01) with P1 x3 not used; line 13 done on schedule 3 (D); line 14
- * open. Order 200: an hour line without its count. Order 300: a master-list line using
- * P1 x4. P1 starts at 10, P2 at 5.
+ * open. Order 200: an hour line without its count; schedule 5 on the same machine waits
+ * for 600 hours. Order 300: a master-list line using P1 x4. P1 starts at 10, P2 at 5.
  */
 bool addFleet(Session& s)
 {
@@ -55,7 +55,8 @@ bool addFleet(Session& s)
                   "(1, 1, 'Oil', 'D', 30, 'W', '2025-02-15', 0, %1'0'), "
                   "(2, 1, 'Blades', 'D', 10, 'S', '2025-01-01', 0, %1'0'), "
                   "(3, 1, 'Inspect', 'D', 10, 'D', '2025-02-01', 0, %1'0'), "
-                  "(4, 2, 'Hours', 'H', 100, 'W', '2025-02-18', 500, %1'0')"_s.arg(every)) &&
+                  "(4, 2, 'Hours', 'H', 100, 'W', '2025-02-18', 500, %1'0'), "
+                  "(5, 2, 'Grease', 'H', 50, 'W', NULL, 600, %1'0')"_s.arg(every)) &&
            run(s, u"INSERT INTO tblWorkorder (WorkOrderNo, EquipmentID, Complete, CompletedDate, "
                   "WoDate) VALUES (100, 1, -1, '2025-02-20', '2025-02-10'), "
                   "(200, 2, -1, '2025-02-20', '2025-02-10'), (300, 2, -1, '2025-02-21', "
@@ -131,16 +132,17 @@ private slots:
         // W counts 30 days from completion, S takes the confirmed date, D retires unmoved.
         QCOMPARE(dump(s, ScheduleDump),
                  u"1,2025-02-15,2025-02-20,2025-03-22,0,0|2,2025-01-01,2025-02-20,2025-04-01,0,0|"
-                 "3,2025-02-01,2025-02-20,2025-02-01,0,1|4,,,2025-02-18,500,0"_s);
+                 "3,2025-02-01,2025-02-20,2025-02-01,0,1|4,,,2025-02-18,500,0|5,,,,600,0"_s);
 
-        // With its count the meter line posts: a reading, the trigger on from 620, no date.
+        // With its count the meter line posts: a reading, the trigger on from 620, no date;
+        // the reading dates no other service until one is entered.
         QVERIFY(
             run(s, u"UPDATE tblWoServiceUsed SET CountValue = 620 WHERE NserviceUsedID = 21"_s));
         QCOMPARE(posting.postWorkOrders({200, 999}).posted, QList<qint64>{200});
         QCOMPARE(dump(s, u"SELECT * FROM tblEquipmentCount"_s), u"2,2025-02-20,Hours,620"_s);
         QCOMPARE(dump(s, u"SELECT LastDatePerformed, NextScheduledDate, NextScheduledCount FROM "
-                         "tblServiceUsed WHERE ServiceUsedID = 4"_s),
-                 u"2025-02-20,,720"_s);
+                         "tblServiceUsed WHERE ServiceUsedID IN (4, 5) ORDER BY ServiceUsedID"_s),
+                 u"2025-02-20,,720|,,600"_s);
     }
 
     void nothingToPostABadDateAndAFailureKeepEverything()
