@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CliContext.h"
+#include "CommandLine.h"
 #include "PrintedFailureSink.h"
 #include "ScriptedPrompter.h"
 #include "Session.h"
@@ -32,3 +33,24 @@ private:
     Session m_session;
     PrintedFailureSink m_failures;
 };
+
+class Arguments;
+
+/**
+ * The road of a command that works on the data: its words parsed into a Request
+ * (a usage error when they do not parse), the data opened, then the work done.
+ */
+template <typename Request, typename Parse, typename Work>
+ExitCode runOnData(const CliContext& context, Arguments& arguments, Parse parse, Work work)
+{
+    Request request;
+    QString error;
+    if (!parse(arguments, &request, &error)) {
+        return CommandLine::usageError(context, error);
+    }
+    DataSession data(context);
+    if (!data.open()) {
+        return ExitCode::Failure;
+    }
+    return work(data, request);
+}

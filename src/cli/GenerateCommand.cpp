@@ -107,35 +107,30 @@ WorkOrderGeneration::Progress machineProgress(const CliContext& context)
 
 ExitCode run(const CliContext& context, Arguments& arguments)
 {
-    Request request;
-    QString error;
-    if (!parse(arguments, &request, &error)) {
-        return CommandLine::usageError(context, error);
-    }
-    DataSession data(context);
-    if (!data.open()) {
-        return ExitCode::Failure;
-    }
-    const Rows list = WorkOrderLists(data.session()).printList(request.filter);
-    QList<qint64> machines;
-    if (request.units.isEmpty()) {
-        machines = WorkOrderLists::dueEquipment(list);
-    } else if (!chooseUnits(list, request.units, &machines, &error)) {
-        context.err << error << Qt::endl;
-        return ExitCode::Failure;
-    }
-    WorkOrderGeneration generation(data.session());
-    generation.setProgress(machineProgress(context));
-    QList<qint64> numbers;
-    // A failure has been printed by the failure sink; nothing was kept.
-    if (!generation.generate(machines, request.filter, &numbers)) {
-        return ExitCode::Failure;
-    }
-    for (qint64 number : numbers) {
-        context.out << number << u'\n';
-    }
-    context.out << Qt::flush;
-    return ExitCode::Success;
+    return runOnData<Request>(
+        context, arguments, parse, [&context](DataSession& data, const Request& request) {
+            const Rows list = WorkOrderLists(data.session()).printList(request.filter);
+            QList<qint64> machines;
+            QString error;
+            if (request.units.isEmpty()) {
+                machines = WorkOrderLists::dueEquipment(list);
+            } else if (!chooseUnits(list, request.units, &machines, &error)) {
+                context.err << error << Qt::endl;
+                return ExitCode::Failure;
+            }
+            WorkOrderGeneration generation(data.session());
+            generation.setProgress(machineProgress(context));
+            QList<qint64> numbers;
+            // A failure has been printed by the failure sink; nothing was kept.
+            if (!generation.generate(machines, request.filter, &numbers)) {
+                return ExitCode::Failure;
+            }
+            for (qint64 number : numbers) {
+                context.out << number << u'\n';
+            }
+            context.out << Qt::flush;
+            return ExitCode::Success;
+        });
 }
 
 } // namespace GenerateCommand

@@ -93,27 +93,24 @@ QString dayText(const QDate& day)
 
 ExitCode run(const CliContext& context, Arguments& arguments)
 {
-    Request request;
-    QString error;
-    if (!parse(arguments, &request, &error)) {
-        return CommandLine::usageError(context, error);
-    }
-    DataSession data(context);
-    QList<qint64> ids;
-    if (!data.open() || !serviceIds(context, data.session(), request, &ids)) {
-        return ExitCode::Failure;
-    }
-    NextDateCalculator calculator(data.session());
-    const bool useGiven = request.given.isValid();
-    for (const qint64 id : ids) {
-        const QDate next = calculator.nextScheduledDate(id, useGiven, request.given);
-        if (request.all) {
-            context.out << id << u'\t';
-        }
-        context.out << dayText(next) << u'\n';
-    }
-    context.out.flush();
-    return ExitCode::Success;
+    return runOnData<Request>(
+        context, arguments, parse, [&context](DataSession& data, const Request& request) {
+            QList<qint64> ids;
+            if (!serviceIds(context, data.session(), request, &ids)) {
+                return ExitCode::Failure;
+            }
+            NextDateCalculator calculator(data.session());
+            const bool useGiven = request.given.isValid();
+            for (const qint64 id : ids) {
+                const QDate next = calculator.nextScheduledDate(id, useGiven, request.given);
+                if (request.all) {
+                    context.out << id << u'\t';
+                }
+                context.out << dayText(next) << u'\n';
+            }
+            context.out.flush();
+            return ExitCode::Success;
+        });
 }
 
 } // namespace NextDateCommand

@@ -65,33 +65,27 @@ bool parse(Arguments& arguments, Request* request, QString* error)
 
 ExitCode run(const CliContext& context, Arguments& arguments)
 {
-    Request request;
-    QString error;
-    if (!parse(arguments, &request, &error)) {
-        return CommandLine::usageError(context, error);
-    }
-    DataSession data(context);
-    if (!data.open()) {
-        return ExitCode::Failure;
-    }
-    Session& session = data.session();
-    if (!EquipmentManager(session).find(request.equipmentId)) {
-        context.err << QStringLiteral("There is no machine with the EquipmentID %1.")
-                           .arg(request.equipmentId)
-                    << Qt::endl;
-        return ExitCode::Failure;
-    }
-    QString refusal;
-    const QDate date = request.date.isValid() ? request.date : session.today();
-    if (MeterReadings(session).addCheckedCount(request.equipmentId, date, request.countType,
-                                               request.value, &refusal)) {
-        return ExitCode::Success;
-    }
-    // A failure has been printed by the failure sink.
-    if (!refusal.isEmpty()) {
-        context.err << refusal << Qt::endl;
-    }
-    return ExitCode::Failure;
+    return runOnData<Request>(
+        context, arguments, parse, [&context](DataSession& data, const Request& request) {
+            Session& session = data.session();
+            if (!EquipmentManager(session).find(request.equipmentId)) {
+                context.err << QStringLiteral("There is no machine with the EquipmentID %1.")
+                                   .arg(request.equipmentId)
+                            << Qt::endl;
+                return ExitCode::Failure;
+            }
+            QString refusal;
+            const QDate date = request.date.isValid() ? request.date : session.today();
+            if (MeterReadings(session).addCheckedCount(request.equipmentId, date, request.countType,
+                                                       request.value, &refusal)) {
+                return ExitCode::Success;
+            }
+            // A failure has been printed by the failure sink.
+            if (!refusal.isEmpty()) {
+                context.err << refusal << Qt::endl;
+            }
+            return ExitCode::Failure;
+        });
 }
 
 } // namespace ReadingCommand

@@ -106,35 +106,31 @@ ExitCode run(const CliContext& context, Arguments& arguments)
                                    : CommandLine::usageError(
                                          context, CommandLine::unexpected(arguments.firstLeft()));
     }
-    Request request;
-    QString error;
-    if (!parse(arguments, &request, &error)) {
-        return CommandLine::usageError(context, error);
-    }
-    DataSession data(context);
-    if (!data.open()) {
-        return ExitCode::Failure;
-    }
-    // Options are read under the workstation's identity, which the desktop gives at its
-    // first start: a command line that runs first gives it the same way.
-    if (Options::registryValue(data.session(), Guid).isEmpty()) {
-        Options::setRegistryValue(data.session(), Guid, Options::newGuid());
-    }
-    data.prompter().setDefaultAnswer(request.yes ? Prompter::Answer::Yes : Prompter::Answer::No);
-    bool written = false;
-    ReportRunner runner(data.session(), [&](ReportDocument& document) {
-        written = ReportExport::write(document, request.format, request.out, &error,
-                                      pageProgress(context));
-    });
-    if (!runner.show(*request.report, request.filter)) {
-        return ExitCode::Failure;
-    }
-    if (!written) {
-        context.err << error << Qt::endl;
-        return ExitCode::Failure;
-    }
-    context.out << QStringLiteral("Written: ") << request.out << Qt::endl;
-    return ExitCode::Success;
+    return runOnData<Request>(
+        context, arguments, parse, [&context](DataSession& data, const Request& request) {
+            // Options are read under the workstation's identity, which the desktop gives at its
+            // first start: a command line that runs first gives it the same way.
+            if (Options::registryValue(data.session(), Guid).isEmpty()) {
+                Options::setRegistryValue(data.session(), Guid, Options::newGuid());
+            }
+            data.prompter().setDefaultAnswer(request.yes ? Prompter::Answer::Yes
+                                                         : Prompter::Answer::No);
+            bool written = false;
+            QString error;
+            ReportRunner runner(data.session(), [&](ReportDocument& document) {
+                written = ReportExport::write(document, request.format, request.out, &error,
+                                              pageProgress(context));
+            });
+            if (!runner.show(*request.report, request.filter)) {
+                return ExitCode::Failure;
+            }
+            if (!written) {
+                context.err << error << Qt::endl;
+                return ExitCode::Failure;
+            }
+            context.out << QStringLiteral("Written: ") << request.out << Qt::endl;
+            return ExitCode::Success;
+        });
 }
 
 } // namespace ReportCommand
